@@ -1,0 +1,47 @@
+#include "runInBackground.h"
+
+#include <QDeadlineTimer>
+
+#include <array>
+
+namespace background {
+
+namespace {
+
+constexpr int queueCount = 3;
+
+/// How long the end of the program waits for work under way: a move to the Trash may be waiting two seconds
+/// for a writer, and a scan may hang for good on a dead mount.
+constexpr int shutDownMilliseconds = 3000;
+
+std::array<QThreadPool, queueCount> &pools()
+{
+    // Never destroyed: a thread that hangs in the kernel must not keep the program from ending.
+    static auto *const instances = [] {
+        auto *const created = new std::array<QThreadPool, queueCount>;
+        for (QThreadPool &pool : *created) {
+            pool.setMaxThreadCount(2);
+        }
+        return created;
+    }();
+    return *instances;
+}
+
+} // namespace
+
+QThreadPool &pool(BackgroundQueue queue)
+{
+    return pools()[static_cast<size_t>(queue)];
+}
+
+} // namespace background
+
+void finishBackgroundWork()
+{
+    background::pool(BackgroundQueue::UserInitiated).clear();
+    background::pool(BackgroundQueue::Scan).clear();
+    const QDeadlineTimer deadline(background::shutDownMilliseconds);
+    for (QThreadPool &pool : background::pools()) {
+        pool.waitForDone(static_cast<int>(deadline.remainingTime()));
+    }
+}
