@@ -1,0 +1,74 @@
+#pragma once
+
+#include "DirectoryState.h"
+#include "Error.h"
+#include "FunctionRef.h"
+
+#include <QByteArrayView>
+#include <QDateTime>
+#include <QList>
+#include <QUrl>
+
+#include <optional>
+
+enum class SearchPathDirectory { Desktop, Pictures, Downloads };
+
+/// What is known of one entry of a folder. A symbolic link is told of as itself, not as what it leads to.
+struct FileAttributes {
+    /// The earlier of birth time and modification time, or the modification time alone where the file
+    /// system keeps no birth time: a file that was copied or restored keeps its old modification time, and
+    /// so doesn't look new.
+    std::optional<QDateTime> creationDate;
+    /// In bytes.
+    qint64 size = 0;
+    bool isRegularFile = false;
+};
+
+/// The file system as this program needs it: standard folders, listings, attributes, the Trash.
+///
+/// Without state, so any thread may call it at any time; whatever touches the disk may take as long as the
+/// disk takes. Failures of the file system are Cocoa errors (see `Error`): 4 for what isn't there, 257 for
+/// what may not be read.
+class FileManager final {
+public:
+    enum class ListingOption {
+        None,
+        /// Leaves out the entries whose name begins with a dot.
+        SkipsHiddenFiles,
+    };
+
+    /// Called with the name of one entry: its raw bytes, which needn't be UTF-8, valid during the call.
+    using EntryVisitor = FunctionRef<void(QByteArrayView name)>;
+
+    [[nodiscard]] static const FileManager &defaultManager();
+
+    /// The user's own folder of that kind, as the XDG user directories name it at this moment, whether it
+    /// exists or not. Empty if it can't be located: the user switched it off by setting it to the home
+    /// folder itself.
+    [[nodiscard]] QList<QUrl> urls(SearchPathDirectory directory) const;
+
+    /// Hands the folder's entries to `visitor` in the order in which the file system lists them; `.` and
+    /// `..` are never among them. Returns the folder's state as it was just before the listing. When it
+    /// fails midway, some entries were already handed over.
+    [[nodiscard]] Result<DirectoryState>
+    contentsOfDirectory(const QString &path, ListingOption option, EntryVisitor visitor) const;
+
+    /// The folder's state now, for `isUnchangedSince`. About a microsecond on a local file system.
+    [[nodiscard]] Result<DirectoryState> directoryState(const QString &path) const;
+
+    [[nodiscard]] Result<FileAttributes> attributesOfItem(const QString &path) const;
+
+    /// The same date as `FileAttributes::creationDate`.
+    [[nodiscard]] Result<std::optional<QDateTime>> creationDate(const QUrl &url) const;
+
+    /// Whether another process has the regular file open for writing. A file that isn't the user's own, or
+    /// lies where the question can't be asked (network mounts), counts as finished: false.
+    [[nodiscard]] bool isOpenForWriting(const QString &path) const;
+
+    /// Moves the item to the Trash of its volume, a symbolic link as itself. It is never copied and never
+    /// deleted for good: where it can't be moved it stays, and the error says why.
+    [[nodiscard]] Result<void> trashItem(const QUrl &url) const;
+
+private:
+    FileManager() = default;
+};

@@ -1,0 +1,115 @@
+#include "Bookmark.h"
+
+#include "BookmarkData.h"
+#include "DirectoryEntries.h"
+#include "FileDescriptor.h"
+#include "FileStatus.h"
+#include "SecurityScopedAccess.h"
+
+#include <QDir>
+#include <QFile>
+
+#include <cerrno>
+#include <tuple>
+
+namespace {
+
+/// So many entries of the parent are looked at when a folder isn't at its path any more.
+constexpr int mostSiblings = 10'000;
+
+Result<FolderIdentity> identify(const FileDescriptor &folder)
+{
+    if (!folder.isValid()) {
+        return std::unexpected(Error::fromErrno(errno, Error::FileReadUnknown));
+    }
+    return FolderIdentity::ofDescriptor(folder.get());
+}
+
+Result<FolderIdentity> folderAt(const QByteArray &path)
+{
+    return identify(FileDescriptor(::open(path.constData(), O_PATH | O_DIRECTORY | O_CLOEXEC)));
+}
+
+/// The path of the folder's new name beside its old one; empty if it has none.
+QByteArray pathAmongSiblings(const BookmarkData &data)
+{
+    // With its slash, so that the parent of a folder of the root is the root.
+    const QByteArray parentPath = data.path.first(data.path.lastIndexOf('/') + 1);
+    const FileDescriptor parent(::open(parentPath.constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    if (!parent.isValid()) {
+        return {};
+    }
+    QByteArray path;
+    int looked = 0;
+    // A listing that fails midway has found nothing, which is the answer then.
+    std::ignore = visitDirectoryEntries(parent.get(), [&](std::string_view name, quint64 inode) {
+        if (++looked > mostSiblings) {
+            return NextEntry::Stop;
+        }
+        if (inode != data.identity.inode) {
+            return NextEntry::Continue;
+        }
+        const QByteArray siblingName(name.data(), qsizetype(name.size()));
+        const auto sibling = identify(FileDescriptor(
+            ::openat(parent.get(), siblingName.constData(), O_PATH | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC)));
+        if (!sibling || !sibling->isSameFolder(data.identity)) {
+            return NextEntry::Continue;
+        }
+        path = parentPath + siblingName;
+        return NextEntry::Stop;
+    });
+    return path;
+}
+
+/// Where the folder is now that it isn't at its path; empty if it can't be found.
+QByteArray pathAfterMove(const BookmarkData &data, const SecurityScopedAccess *held)
+{
+    if (held != nullptr) {
+        const QByteArray path = nativePath(held->currentUrl().toLocalFile());
+        const auto folder = folderAt(path);
+        if (folder && folder->isSameFolder(data.identity)) {
+            return path;
+        }
+    }
+    return pathAmongSiblings(data);
+}
+
+} // namespace
+
+Result<QByteArray> Bookmark::make(const QUrl &folder, Origin origin)
+{
+    const QString local = folder.toLocalFile();
+    const QByteArray path = local.isEmpty() ? QByteArray() : nativePath(QDir::cleanPath(local));
+    auto identity = folderAt(path);
+    if (!identity) {
+        return std::unexpected(identity.error());
+    }
+    return BookmarkData{.path = path, .origin = origin, .identity = std::move(*identity)}.encoded();
+}
+
+Result<Bookmark::ResolvedBookmark>
+Bookmark::resolve(const QByteArray &bookmark, const SecurityScopedAccess *held)
+{
+    const auto data = BookmarkData::decode(bookmark);
+    if (!data) {
+        return std::unexpected(data.error());
+    }
+    ResolvedBookmark resolved{
+        .url = QUrl::fromLocalFile(QFile::decodeName(data->path)),
+        .isStale = false,
+        .pickedByUser = data->origin == Origin::PickedByUser,
+    };
+    const auto present = folderAt(data->path);
+    if (present && present->isSameFolder(data->identity)) {
+        return resolved;
+    }
+    resolved.isStale = true;
+    if (const QByteArray moved = pathAfterMove(*data, held); !moved.isEmpty()) {
+        resolved.url = QUrl::fromLocalFile(QFile::decodeName(moved));
+        return resolved;
+    }
+    if (!present) {
+        return std::unexpected(present.error());
+    }
+    return resolved;
+}

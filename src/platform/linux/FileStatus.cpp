@@ -1,0 +1,55 @@
+#include "FileStatus.h"
+
+#include <QFile>
+
+#include <fcntl.h>
+
+#include <cerrno>
+#include <chrono>
+
+namespace {
+
+qint64 nanoseconds(const statx_timestamp &time)
+{
+    return std::chrono::nanoseconds(std::chrono::seconds(time.tv_sec)).count() + time.tv_nsec;
+}
+
+Result<FileStatus> status(int directory, const char *path, int flags)
+{
+    struct statx told = {};
+    if (::statx(directory, path, flags, STATX_BASIC_STATS | STATX_BTIME, &told) != 0) {
+        return std::unexpected(Error::fromErrno(errno, Error::FileReadUnknown));
+    }
+    return FileStatus{
+        .device = (quint64(told.stx_dev_major) << 32U) | told.stx_dev_minor,
+        .inode = told.stx_ino,
+        .size = qint64(told.stx_size),
+        .mode = told.stx_mode,
+        .modifiedNs = nanoseconds(told.stx_mtime),
+        .changedNs = nanoseconds(told.stx_ctime),
+        .birthNs =
+            (told.stx_mask & STATX_BTIME) != 0 ? std::optional(nanoseconds(told.stx_btime)) : std::nullopt,
+    };
+}
+
+} // namespace
+
+QByteArray nativePath(const QString &path)
+{
+    return path.contains(QChar::Null) ? QByteArray() : QFile::encodeName(path);
+}
+
+Result<FileStatus> FileStatus::ofItem(const QString &path)
+{
+    return status(AT_FDCWD, nativePath(path).constData(), AT_SYMLINK_NOFOLLOW);
+}
+
+Result<FileStatus> FileStatus::ofFolder(const QString &path)
+{
+    return status(AT_FDCWD, nativePath(path).constData(), 0);
+}
+
+Result<FileStatus> FileStatus::ofDescriptor(int descriptor)
+{
+    return status(descriptor, "", AT_EMPTY_PATH);
+}

@@ -1,0 +1,71 @@
+#include "SecurityScopedAccess.h"
+
+#include "FileDescriptor.h"
+#include "FileStatus.h"
+
+#include <QFile>
+
+#include <atomic>
+#include <climits>
+#include <utility>
+
+namespace {
+
+// The only state that accesses share; nothing waits for it.
+std::atomic<int> accessCount = 0; // NOLINT(cppcoreguidelines-avoid-non-const-global-variables)
+
+} // namespace
+
+std::optional<SecurityScopedAccess> SecurityScopedAccess::start(const QUrl &folder)
+{
+    FileDescriptor descriptor(
+        ::open(nativePath(folder.toLocalFile()).constData(), O_PATH | O_DIRECTORY | O_CLOEXEC));
+    // Asked of the open folder, so that the answer is about the one that is held.
+    if (!descriptor.isValid() || ::faccessat(descriptor.get(), ".", R_OK | X_OK, 0) != 0) {
+        return std::nullopt;
+    }
+    return SecurityScopedAccess(descriptor.release());
+}
+
+SecurityScopedAccess::SecurityScopedAccess(int descriptor) : m_descriptor(descriptor)
+{
+    accessCount.fetch_add(1, std::memory_order_relaxed);
+}
+
+SecurityScopedAccess::SecurityScopedAccess(SecurityScopedAccess &&other) noexcept
+    : m_descriptor(std::exchange(other.m_descriptor, -1))
+{
+}
+
+SecurityScopedAccess &SecurityScopedAccess::operator=(SecurityScopedAccess &&other) noexcept
+{
+    // What was held here is stopped at once and not when `other` goes.
+    SecurityScopedAccess taken(std::move(other));
+    std::swap(m_descriptor, taken.m_descriptor);
+    return *this;
+}
+
+SecurityScopedAccess::~SecurityScopedAccess()
+{
+    if (m_descriptor >= 0) {
+        ::close(m_descriptor);
+        accessCount.fetch_sub(1, std::memory_order_relaxed);
+    }
+}
+
+QUrl SecurityScopedAccess::currentUrl() const
+{
+    const QByteArray link = "/proc/self/fd/" + QByteArray::number(m_descriptor);
+    QByteArray target(PATH_MAX, Qt::Uninitialized);
+    const auto length = ::readlink(link.constData(), target.data(), size_t(target.size()));
+    if (length <= 0) {
+        return {};
+    }
+    target.truncate(length);
+    return QUrl::fromLocalFile(QFile::decodeName(target));
+}
+
+int SecurityScopedAccess::activeCount()
+{
+    return accessCount.load(std::memory_order_relaxed);
+}
