@@ -1,0 +1,31 @@
+#pragma once
+
+#include <QImage>
+
+#include <memory>
+#include <optional>
+
+class QUrl;
+struct ImageFile;
+
+/// An image file from which small pictures are made. For a background thread: reading takes its time.
+class ImageSource final {
+public:
+    /// Opens the file. None if it can't be read, isn't a regular file or isn't an image that we know.
+    [[nodiscard]] static std::optional<ImageSource> create(const QUrl &url);
+
+    ~ImageSource();
+    ImageSource(ImageSource &&other) noexcept;
+    ImageSource &operator=(ImageSource &&other) noexcept;
+    Q_DISABLE_COPY(ImageSource)
+
+    /// The file's first image, scaled down until its longer side is at most `maximumPixelSize` pixels, and
+    /// never up; always made of the full image, never of an embedded thumbnail, and upright. None if the
+    /// image is damaged, still unfinished, or has more than 2^28 pixels.
+    [[nodiscard]] std::optional<QImage> thumbnail(int maximumPixelSize) const;
+
+private:
+    explicit ImageSource(std::unique_ptr<const ImageFile> file);
+
+    std::unique_ptr<const ImageFile> m_file;
+};

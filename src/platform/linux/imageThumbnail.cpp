@@ -1,0 +1,87 @@
+#include "imageThumbnail.h"
+
+#include "isFinishedImage.h"
+
+#include <QFile>
+#include <QImageReader>
+
+#include <algorithm>
+
+namespace {
+
+constexpr qint64 mostPixels = qint64(1) << 28;
+constexpr int bytesPerPixel = 4;
+
+/// The toolkit refuses images of more than 256 MiB unless told otherwise, once for all readers.
+void raiseAllocationLimit()
+{
+    [[maybe_unused]] static const bool once = [] {
+        QImageReader::setAllocationLimit(int(mostPixels * bytesPerPixel / (1024 * 1024)));
+        return true;
+    }();
+}
+
+bool isAcceptable(QSize size)
+{
+    return !size.isEmpty() && qint64(size.width()) * size.height() <= mostPixels;
+}
+
+/// `size` with its longer side at most `maximum`, and no side below 1.
+QSize fitted(QSize size, int maximum)
+{
+    if (std::max(size.width(), size.height()) <= maximum) {
+        return size;
+    }
+    return size.scaled(maximum, maximum, Qt::KeepAspectRatio).expandedTo({1, 1});
+}
+
+/// What the reader is asked for. The JPEG reader scales by powers of two while it decodes and then roughly:
+/// twice the size leaves the last step to a smooth scaling of ours.
+QSize readSize(ImageFormat format, QSize size, int maximum)
+{
+    return fitted(size, format == ImageFormat::Jpeg ? maximum * 2 : maximum);
+}
+
+} // namespace
+
+std::optional<QImage> imageThumbnail(int descriptor, ImageFormat format, int maximumPixelSize)
+{
+    if (!isFinishedImage(descriptor, format)) {
+        return std::nullopt;
+    }
+    QFile file;
+    if (!file.open(descriptor, QIODevice::ReadOnly, QFileDevice::DontCloseHandle) || !file.seek(0)) {
+        return std::nullopt;
+    }
+    raiseAllocationLimit();
+    QImageReader reader(&file, readerName(format));
+    reader.setAutoTransform(true);
+    const QSize size = reader.size();
+    if (!isAcceptable(size)) {
+        return std::nullopt;
+    }
+    const QSize wanted = readSize(format, size, maximumPixelSize);
+    if (wanted != size) {
+        reader.setScaledSize(wanted);
+    }
+    QImage image = reader.read();
+    if (image.isNull()) {
+        return std::nullopt;
+    }
+    // Measured again: the orientation may have swapped the sides.
+    const QSize fittedSize = fitted(image.size(), maximumPixelSize);
+    if (fittedSize != image.size()) {
+        image = image.scaled(fittedSize, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+    }
+    // The formats that are painted without another conversion.
+    image.convertTo(image.hasAlphaChannel() ? QImage::Format_ARGB32_Premultiplied : QImage::Format_RGB32);
+    return image;
+}
+
+QImage uprightImage(QIODevice &device, ImageFormat format)
+{
+    raiseAllocationLimit();
+    QImageReader reader(&device, readerName(format));
+    reader.setAutoTransform(true);
+    return isAcceptable(reader.size()) ? reader.read() : QImage();
+}
