@@ -1,0 +1,121 @@
+#include "AppDelegate.h"
+
+#include "MenuBarManager.h"
+#include "NotificationCenter.h"
+#include "ScreenshotManager.h"
+#include "ScreenshotWatcher.h"
+#include "SettingsWindowDelegate.h"
+#include "UpdaterController.h"
+#include "UserDefaults.h"
+#include "presentWindow.h"
+
+namespace {
+
+const QString folderAccessGrantedName = QStringLiteral("folderAccessGranted");
+
+} // namespace
+
+AppDelegate::AppDelegate(WindowViews views)
+    : m_preferences(&UserDefaults::standard()),
+      m_views(std::move(views))
+{
+}
+
+AppDelegate::~AppDelegate()
+{
+    delete m_settingsWindow;
+    delete m_galleryWindow;
+}
+
+void AppDelegate::applicationDidFinishLaunching()
+{
+    setUpManagers();
+    loadTimeframe();
+    startWatching();
+}
+
+void AppDelegate::setUpManagers()
+{
+    m_updaterController = std::make_unique<UpdaterController>();
+    m_screenshotManager = std::make_unique<ScreenshotManager>();
+    m_menuBarManager = std::make_unique<MenuBarManager>(*this);
+    NotificationCenter::defaultCenter().addObserver(
+        folderAccessGrantedName, this, [this](const ProcessNotification &) { folderAccessGranted(); });
+}
+
+void AppDelegate::loadTimeframe()
+{
+    if (m_preferences->contains(preferences::timeframeInMinutes)) {
+        m_timeframeInMinutes.set(m_preferences->integer(preferences::timeframeInMinutes));
+    }
+}
+
+void AppDelegate::updateTimeframe(qint64 minutes)
+{
+    m_timeframeInMinutes.set(minutes);
+    m_preferences->setInteger(preferences::timeframeInMinutes, minutes);
+}
+
+void AppDelegate::startWatching()
+{
+    m_screenshotWatcher = std::make_unique<ScreenshotWatcher>();
+    m_screenshotWatcher->setDelegate(this);
+}
+
+void AppDelegate::folderAccessGranted()
+{
+    // The earlier watcher goes first: it must not report while the new one seeds itself.
+    m_screenshotWatcher.reset();
+    startWatching();
+}
+
+void AppDelegate::watcherDidDetectScreenshot(const QString &path)
+{
+    if (m_screenshotManager->autoCopyToClipboard()) {
+        m_screenshotManager->copyToClipboard(path);
+    }
+    const QPointer<AppDelegate> self(this);
+    m_menuBarManager->showConfirmation(
+        path, timeframeInMinutes(),
+        [self, path] {
+            if (self) {
+                self->m_screenshotManager->performDeletion(path);
+            }
+        },
+        [self, path] {
+            if (self) {
+                // The delay of this moment, not of the moment when the screenshot was seen.
+                self->m_screenshotManager->scheduleDeletion(path, self->timeframeInMinutes());
+            }
+        });
+}
+
+void AppDelegate::showSettingsWindow()
+{
+    if (canShowSettingsWindow()) {
+        presentWindow(
+            *this, {.window = m_settingsWindow, .delegate = m_settingsWindowDelegate},
+            {
+                .title = tr("Deskbroom Settings"),
+                .contentSize = {640, 480},
+                .controls = WindowDescription::Controls::CloseAndMinimize,
+                .minimumSize = {},
+            },
+            m_views.settings);
+    }
+}
+
+void AppDelegate::showGalleryWindow()
+{
+    if (canShowGalleryWindow()) {
+        presentWindow(
+            *this, {.window = m_galleryWindow, .delegate = m_galleryWindowDelegate},
+            {
+                .title = tr("Screenshot Gallery"),
+                .contentSize = {1200, 900},
+                .controls = WindowDescription::Controls::CloseMinimizeAndResize,
+                .minimumSize = {800, 700},
+            },
+            m_views.gallery);
+    }
+}

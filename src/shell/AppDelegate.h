@@ -1,0 +1,94 @@
+#pragma once
+
+#include "ObservableObject.h"
+#include "Preferences.h"
+#include "ScreenshotWatcherDelegate.h"
+
+#include <QPointer>
+#include <QWidget>
+
+#include <functional>
+#include <memory>
+
+class MenuBarManager;
+class ScreenshotManager;
+class ScreenshotWatcher;
+class SettingsWindowDelegate;
+class UpdaterController;
+class UserDefaults;
+
+/// What the windows show. A window without a view can't be opened.
+struct WindowViews {
+    using Factory = std::function<std::unique_ptr<QWidget>()>;
+
+    Factory settings;
+    Factory gallery;
+};
+
+/// The program's centre: makes the long-lived objects in their order and keeps them, receives the watcher's
+/// reports and turns them into clipboard copies and questions, owns the windows and the deletion delay.
+///
+/// There is one, made by DeskbroomApp. Main thread.
+class AppDelegate final : public ObservableObject, public ScreenshotWatcherDelegate {
+    Q_OBJECT
+
+public:
+    explicit AppDelegate(WindowViews views = {});
+    ~AppDelegate() override;
+    Q_DISABLE_COPY_MOVE(AppDelegate)
+
+    /// The launch sequence.
+    void applicationDidFinishLaunching();
+
+    /// The program lives in the panel: it goes on when its last window closes.
+    [[nodiscard]] static bool applicationShouldTerminateAfterLastWindowClosed() { return false; }
+
+    /// Begins to watch afresh: a new watcher seeds itself with what the granted folder holds.
+    void folderAccessGranted();
+
+    /// The window operations open a window or bring the open one to the front.
+    void showSettingsWindow();
+    void showGalleryWindow();
+
+    [[nodiscard]] bool canShowSettingsWindow() const { return m_views.settings != nullptr; }
+
+    [[nodiscard]] bool canShowGalleryWindow() const { return m_views.gallery != nullptr; }
+
+    [[nodiscard]] qint64 timeframeInMinutes() const { return m_timeframeInMinutes.get(); }
+
+    /// Sets and stores the deletion delay.
+    void updateTimeframe(qint64 minutes);
+
+    void watcherDidDetectScreenshot(const QString &path) override;
+
+    /// The long-lived objects: null before the launch, the watcher until watching starts.
+    [[nodiscard]] MenuBarManager *menuBarManager() const { return m_menuBarManager.get(); }
+
+    [[nodiscard]] ScreenshotManager *screenshotManager() const { return m_screenshotManager.get(); }
+
+    [[nodiscard]] ScreenshotWatcher *screenshotWatcher() const { return m_screenshotWatcher.get(); }
+
+    [[nodiscard]] UpdaterController *updaterController() const { return m_updaterController.get(); }
+
+    [[nodiscard]] QWidget *settingsWindow() const { return m_settingsWindow; }
+
+    [[nodiscard]] QWidget *galleryWindow() const { return m_galleryWindow; }
+
+private:
+    void setUpManagers();
+    void loadTimeframe();
+    void startWatching();
+
+    std::unique_ptr<MenuBarManager> m_menuBarManager;
+    std::unique_ptr<ScreenshotManager> m_screenshotManager;
+    std::unique_ptr<ScreenshotWatcher> m_screenshotWatcher;
+    std::unique_ptr<UpdaterController> m_updaterController;
+    QPointer<QWidget> m_settingsWindow;
+    QPointer<QWidget> m_galleryWindow;
+    std::unique_ptr<SettingsWindowDelegate> m_settingsWindowDelegate;
+    std::unique_ptr<SettingsWindowDelegate> m_galleryWindowDelegate;
+    Published<qint64> m_timeframeInMinutes{this, preferences::defaultTimeframeInMinutes};
+    UserDefaults *m_preferences;
+
+    WindowViews m_views;
+};

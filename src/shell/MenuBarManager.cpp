@@ -1,0 +1,219 @@
+#include "MenuBarManager.h"
+
+#include "AppDelegate.h"
+#include "Appearance.h"
+#include "PopUpMenu.h"
+#include "Popover.h"
+#include "PopoverFrame.h"
+#include "Preferences.h"
+#include "ScreenshotConfirmationView.h"
+#include "StatusItem.h"
+#include "Symbols.h"
+#include "UpdaterController.h"
+#include "statusItemImage.h"
+
+#include <QAction>
+#include <QCoreApplication>
+#include <QGuiApplication>
+#include <QScreen>
+#include <QTimer>
+
+#include <utility>
+
+namespace {
+
+constexpr int mainMenuWidth = 248;
+constexpr int timeframeMenuWidth = 176;
+
+QString minutesTitle(int minutes)
+{
+    const QString title =
+        minutes >= 2 ? MenuBarManager::tr("%lld minutes") : MenuBarManager::tr("%lld minute");
+    return QString(title).replace(QStringLiteral("%lld"), QString::number(minutes));
+}
+
+QAction *addItem(
+    PopUpMenu &menu, const QString &title, const QString &symbolName, const QString &accessibilityDescription)
+{
+    QAction *const action = menu.addAction(title);
+    action->setIcon(Symbols::icon(symbolName));
+    action->setProperty("accessibilityDescription", accessibilityDescription);
+    return action;
+}
+
+QKeySequence commandKey(Qt::Key key)
+{
+    return {Qt::ControlModifier | key};
+}
+
+} // namespace
+
+MenuBarManager::MenuBarManager(AppDelegate &appDelegate) : m_appDelegate(&appDelegate)
+{
+    makeStatusItem();
+    makeMainMenu();
+    m_statusBarItem->setMenu(m_mainMenu.get());
+}
+
+MenuBarManager::~MenuBarManager()
+{
+    m_statusBarItem->setMenu(nullptr);
+}
+
+void MenuBarManager::makeStatusItem()
+{
+    m_statusBarItem = std::make_unique<StatusItem>();
+    connect(m_statusBarItem.get(), &StatusItem::clicked, this, &MenuBarManager::statusItemClicked);
+    const auto showImage = [this] { m_statusBarItem->setImage(statusItemImage()); };
+    showImage();
+    connect(&Appearance::shared(), &Appearance::changed, this, showImage);
+}
+
+void MenuBarManager::makeMainMenu()
+{
+    m_mainMenu = std::make_unique<PopUpMenu>(mainMenuWidth);
+    PopUpMenu &menu = *m_mainMenu;
+
+    QAction *const gallery =
+        addItem(menu, tr("Gallery"), QStringLiteral("photo.on.rectangle.angled"), tr("Gallery"));
+    gallery->setShortcut(commandKey(Qt::Key_G));
+    gallery->setEnabled(false);
+
+    menu.addSeparator();
+
+    QAction *const timeframe = addItem(menu, tr("Deletion Timeframe"), QStringLiteral("timer"), tr("Timer"));
+    timeframe->setShortcut(commandKey(Qt::Key_T));
+    connect(timeframe, &QAction::triggered, this, &MenuBarManager::showTimeframeOptions);
+
+    QAction *const settings = addItem(menu, tr("Settings"), QStringLiteral("gearshape"), tr("Settings"));
+    settings->setShortcut(commandKey(Qt::Key_Comma));
+    settings->setEnabled(m_appDelegate->canShowSettingsWindow());
+    connect(settings, &QAction::triggered, this, &MenuBarManager::openSettings);
+
+    QAction *const updates = addItem(
+        menu, tr("Check for Updates…"), QStringLiteral("arrow.triangle.2.circlepath"),
+        tr("Check for Updates"));
+    const UpdaterController &updater = *m_appDelegate->updaterController();
+    updates->setEnabled(updater.canCheckForUpdates());
+    if (!updates->isEnabled()) {
+        updates->setToolTip(tr("This desktop has no software centre that could look for updates."));
+    }
+    connect(updates, &QAction::triggered, &updater, &UpdaterController::checkForUpdates);
+
+    menu.addSeparator();
+
+    QAction *const quit = menu.addAction(tr("Quit Deskbroom"));
+    quit->setShortcut(commandKey(Qt::Key_Q));
+    connect(quit, &QAction::triggered, this, &MenuBarManager::quitApp);
+}
+
+void MenuBarManager::statusItemClicked()
+{
+    if (m_confirmationPopover && m_confirmationPopover->isShown()) {
+        m_confirmationPopover->takeKeyboard();
+    } else {
+        popUp(*m_mainMenu);
+    }
+}
+
+void MenuBarManager::showTimeframeOptions()
+{
+    if (!m_appDelegate) {
+        return;
+    }
+    auto *const menu = new PopUpMenu(timeframeMenuWidth);
+    menu->setAttribute(Qt::WA_DeleteOnClose);
+    for (const int minutes : preferences::timeframeChoices) {
+        QAction *const item = menu->addAction(minutesTitle(minutes));
+        item->setCheckable(true);
+        item->setData(minutes);
+        item->setChecked(minutes == m_appDelegate->timeframeInMinutes());
+        connect(item, &QAction::triggered, this, [this, item] { setTimeframe(*item); });
+    }
+    popUp(*menu);
+}
+
+void MenuBarManager::setTimeframe(const QAction &item)
+{
+    if (m_appDelegate) {
+        m_appDelegate->updateTimeframe(item.data().toInt());
+    }
+}
+
+void MenuBarManager::openSettings()
+{
+    if (m_appDelegate) {
+        m_appDelegate->showSettingsWindow();
+    }
+}
+
+void MenuBarManager::quitApp()
+{
+    QCoreApplication::quit();
+}
+
+void MenuBarManager::showConfirmation(
+    const QString &screenshotPath, qint64 timeframeInMinutes, std::function<void()> onDeleteNow,
+    std::function<void()> onDeleteLater)
+{
+    // A burst of screenshots arrives in one turn of the loop: only the last of them is worth a window.
+    const bool isFirst = !m_requestedConfirmation;
+    m_requestedConfirmation = ConfirmationRequest{
+        .screenshotPath = screenshotPath,
+        .timeframeInMinutes = timeframeInMinutes,
+        .onDeleteNow = std::move(onDeleteNow),
+        .onDeleteLater = std::move(onDeleteLater),
+    };
+    if (isFirst) {
+        QTimer::singleShot(0, this, &MenuBarManager::presentRequestedConfirmation);
+    }
+}
+
+void MenuBarManager::presentRequestedConfirmation()
+{
+    const ConfirmationRequest request = *std::exchange(m_requestedConfirmation, std::nullopt);
+    if (!m_confirmationPopover) {
+        m_confirmationPopover =
+            std::make_unique<Popover>(Popover::Behavior::Transient, std::make_unique<PopoverFrame>());
+    }
+    const auto closing = [this](std::function<void()> action) {
+        return [this, action = std::move(action)] {
+            action();
+            closePopovers();
+        };
+    };
+    m_confirmationPopover->show(
+        std::make_unique<ScreenshotConfirmationView>(
+            request.screenshotPath, request.timeframeInMinutes, closing(request.onDeleteNow),
+            closing(request.onDeleteLater), [this] { closePopovers(); }),
+        popoverAnchor());
+}
+
+void MenuBarManager::closePopovers()
+{
+    if (m_confirmationPopover) {
+        m_confirmationPopover->close();
+    }
+}
+
+void MenuBarManager::popUp(PopUpMenu &menu) const
+{
+    menu.popUpBeside(m_statusBarItem->anchor().rectangle);
+}
+
+PopoverAnchor MenuBarManager::popoverAnchor() const
+{
+    const StatusItem::Anchor item = m_statusBarItem->anchor();
+    const QScreen *screen = QGuiApplication::screenAt(item.rectangle.center());
+    if (screen == nullptr) {
+        screen = QGuiApplication::primaryScreen();
+    }
+    return {
+        .rectangle = item.rectangle,
+        .arrow = item.source == StatusItem::Anchor::Source::ScreenCorner
+                     ? PopoverAnchor::Arrow::None
+                     : PopoverAnchor::Arrow::PointsAtRectangle,
+        .screen = screen->geometry(),
+        .availableArea = screen->availableGeometry(),
+    };
+}
