@@ -1,6 +1,7 @@
 #include "DeskbroomApp.h"
 
 #include "MenuBarManager.h"
+#include "processEnvironment.h"
 #include "runInBackground.h"
 
 #include <malloc.h>
@@ -20,22 +21,13 @@ void keepMemoryLow()
     mallopt(M_ARENA_MAX, 1);
 }
 
-/// Only an X11 window can be put under the panel, and only an X11 client may set the clipboard unasked: where
-/// there is an X server beside Wayland, that is the one to use.
-void preferX11()
-{
-    if (!qEnvironmentVariableIsEmpty("DISPLAY") && qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM")) {
-        qputenv("QT_QPA_PLATFORM", "xcb");
-    }
-}
-
 } // namespace
 
 DeskbroomApp::ProcessPreparation::ProcessPreparation()
 {
     TerminationSignals::install();
     keepMemoryLow();
-    preferX11();
+    processEnvironment::prepare();
     QCoreApplication::setApplicationName(applicationName);
     QCoreApplication::setApplicationVersion(QStringLiteral(DESKBROOM_VERSION));
     QGuiApplication::setDesktopFileName(applicationIdentifier);
@@ -43,11 +35,7 @@ DeskbroomApp::ProcessPreparation::ProcessPreparation()
         AppDelegate::applicationShouldTerminateAfterLastWindowClosed());
 }
 
-DeskbroomApp::DeskbroomApp(int &argc, char **argv) : m_application(argc, argv)
-{
-    // What is started from here chooses for itself.
-    qunsetenv("QT_QPA_PLATFORM");
-}
+DeskbroomApp::DeskbroomApp(int &argc, char **argv) : m_application(argc, argv) {}
 
 int DeskbroomApp::run()
 {

@@ -1,6 +1,7 @@
 #include "UpdaterController.h"
 
 #include "print.h"
+#include "processEnvironment.h"
 
 #include <QDir>
 #include <QProcess>
@@ -76,6 +77,7 @@ void UpdaterController::checkForUpdates()
     QProcess process;
     process.setProgram(centre->program);
     process.setArguments(centre->arguments);
+    process.setProcessEnvironment(processEnvironment::forChildren());
     process.setWorkingDirectory(QDir::homePath());
     // Standard output is for our own lines.
     process.setStandardOutputFile(QProcess::nullDevice());

@@ -1,0 +1,143 @@
+#include "SecurityScopedAccess.h"
+
+#include "TemporaryHome.h"
+
+#include <QDir>
+#include <QFile>
+#include <QTest>
+
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <thread>
+#include <vector>
+
+namespace {
+
+QUrl desktopUrl(const TemporaryHome &home)
+{
+    return QUrl::fromLocalFile(home.desktop());
+}
+
+} // namespace
+
+class SecurityScopedAccessTest final : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void cleanup();
+
+    void everyStartIsBalancedByItsEnd();
+    void movingHandsTheAccessOver();
+    void assigningStopsWhatWasHeld();
+    void threadsBalance();
+    void notStartedOnWhatIsNoFolder();
+    void notStartedWithoutPermission_data();
+    void notStartedWithoutPermission();
+    void knowsWhereTheFolderWent();
+};
+
+void SecurityScopedAccessTest::cleanup()
+{
+    QCOMPARE(SecurityScopedAccess::activeCount(), 0);
+}
+
+void SecurityScopedAccessTest::everyStartIsBalancedByItsEnd()
+{
+    const TemporaryHome home;
+    {
+        const auto first = SecurityScopedAccess::start(desktopUrl(home));
+        const auto second = SecurityScopedAccess::start(desktopUrl(home));
+        QVERIFY(first && second);
+        QCOMPARE(SecurityScopedAccess::activeCount(), 2);
+    }
+    QCOMPARE(SecurityScopedAccess::activeCount(), 0);
+}
+
+void SecurityScopedAccessTest::movingHandsTheAccessOver()
+{
+    const TemporaryHome home;
+    auto first = SecurityScopedAccess::start(desktopUrl(home));
+    {
+        const SecurityScopedAccess second(std::move(*first));
+        first.reset();
+        QCOMPARE(SecurityScopedAccess::activeCount(), 1);
+        QCOMPARE(second.currentUrl(), desktopUrl(home));
+    }
+    QCOMPARE(SecurityScopedAccess::activeCount(), 0);
+}
+
+void SecurityScopedAccessTest::assigningStopsWhatWasHeld()
+{
+    const TemporaryHome home;
+    auto first = SecurityScopedAccess::start(desktopUrl(home));
+    auto second = SecurityScopedAccess::start(QUrl::fromLocalFile(home.pictures()));
+    *first = std::move(*second);
+    QCOMPARE(SecurityScopedAccess::activeCount(), 1);
+    QCOMPARE(first->currentUrl(), QUrl::fromLocalFile(home.pictures()));
+}
+
+void SecurityScopedAccessTest::threadsBalance()
+{
+    const TemporaryHome home;
+    const QUrl url = desktopUrl(home);
+    std::vector<std::jthread> threads;
+    constexpr int threadCount = 4;
+    threads.reserve(threadCount);
+    for (int i = 0; i < threadCount; ++i) {
+        threads.emplace_back([url] {
+            for (int round = 0; round < 500; ++round) {
+                const auto access = SecurityScopedAccess::start(url);
+            }
+        });
+    }
+    threads.clear();
+    QCOMPARE(SecurityScopedAccess::activeCount(), 0);
+}
+
+void SecurityScopedAccessTest::notStartedOnWhatIsNoFolder()
+{
+    const TemporaryHome home;
+    QFile file(home.desktop() + QStringLiteral("/file"));
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    QVERIFY(!SecurityScopedAccess::start(QUrl::fromLocalFile(file.fileName())));
+    QVERIFY(!SecurityScopedAccess::start(QUrl::fromLocalFile(home.path() + QStringLiteral("/missing"))));
+    QVERIFY(!SecurityScopedAccess::start(QUrl()));
+    QVERIFY(!SecurityScopedAccess::start(QUrl(QStringLiteral("https://example.org/"))));
+}
+
+void SecurityScopedAccessTest::notStartedWithoutPermission_data()
+{
+    QTest::addColumn<uint>("mode");
+    QTest::addColumn<bool>("isStarted");
+    QTest::newRow("read and enter") << 0500U << true;
+    QTest::newRow("read alone") << 0400U << false;
+    QTest::newRow("enter alone") << 0100U << false;
+    QTest::newRow("neither") << 0000U << false;
+}
+
+void SecurityScopedAccessTest::notStartedWithoutPermission()
+{
+    if (::geteuid() == 0) {
+        QSKIP("Root may read every folder");
+    }
+    QFETCH(const uint, mode);
+    QFETCH(const bool, isStarted);
+    const TemporaryHome home;
+    const QByteArray folder = QFile::encodeName(home.desktop());
+    QCOMPARE(::chmod(folder.constData(), mode), 0);
+    QCOMPARE(SecurityScopedAccess::start(desktopUrl(home)).has_value(), isStarted);
+    QCOMPARE(::chmod(folder.constData(), 0700), 0);
+}
+
+void SecurityScopedAccessTest::knowsWhereTheFolderWent()
+{
+    const TemporaryHome home;
+    const auto access = SecurityScopedAccess::start(desktopUrl(home));
+    const QString elsewhere = home.pictures() + QStringLiteral("/two\nlines %41");
+    QVERIFY(QDir().rename(home.desktop(), elsewhere));
+    QCOMPARE(access->currentUrl(), QUrl::fromLocalFile(elsewhere));
+}
+
+QTEST_GUILESS_MAIN(SecurityScopedAccessTest)
+#include "SecurityScopedAccessTest.moc"
