@@ -100,7 +100,11 @@ placePopover(QSize contentSize, const PopoverAnchor &anchor, QSize arrowSize, QM
         body.moveTop(clamped(body.top(), inside.top(), inside.bottom() + 1 - body.height()));
     }
 
-    const QRect window = body.marginsAdded(arrowMargins(edge, arrowHeight)).marginsAdded(shadowMargins);
+    // The shadow stops at the panel and at the edges of the screen: a window that reached over them would be
+    // pushed back by the window manager, and the tip with it.
+    const QRect hanging = body.marginsAdded(arrowMargins(edge, arrowHeight));
+    const QRect window =
+        hanging.marginsAdded(shadowMargins).intersected(anchor.availableArea.united(hanging));
     const QRect local = body.translated(-window.topLeft());
     const QPoint target = anchor.rectangle.center() - window.topLeft();
     const int tip = isVertical ? clamped(target.y(), local.top() + tipInset, local.bottom() + 1 - tipInset)

@@ -17,7 +17,7 @@ private Q_SLOTS:
     void staysInsideTheScreenWithEveryItem();
     void withoutAnItemThereIsNoArrow();
     void withoutPanelKnowledgeRoomDecides();
-    void theShadowIsAroundAll();
+    void theShadowStopsAtThePanelAndTheScreensEdges();
     void followsTheScreenOfTheItem();
 };
 
@@ -128,14 +128,20 @@ void PopoverPlacementTest::withoutPanelKnowledgeRoomDecides()
         PopoverEdge::Above);
 }
 
-void PopoverPlacementTest::theShadowIsAroundAll()
+void PopoverPlacementTest::theShadowStopsAtThePanelAndTheScreensEdges()
 {
-    const QRect item(900, 3, 24, 24);
     const QMargins shadow(22, 12, 22, 32);
+    const QRect item(700, 3, 24, 24);
     const PopoverPlacement plain = placePopover(content, anchor(item, belowTopPanel), arrow, {});
     const PopoverPlacement shadowed = placePopover(content, anchor(item, belowTopPanel), arrow, shadow);
-    QCOMPARE(shadowed.window, plain.window.marginsAdded(shadow));
+    QCOMPARE(shadowed.window, plain.window.adjusted(-22, -1, 22, 32));
     QCOMPARE(bodyOnScreen(shadowed), bodyOnScreen(plain));
+
+    const QRect atTheEnd(1256, 3, 24, 24);
+    const PopoverPlacement cut = placePopover(content, anchor(atTheEnd, belowTopPanel), arrow, shadow);
+    QCOMPARE(cut.window.right(), screen.right());
+    QCOMPARE(
+        bodyOnScreen(cut), bodyOnScreen(placePopover(content, anchor(atTheEnd, belowTopPanel), arrow, {})));
 }
 
 void PopoverPlacementTest::followsTheScreenOfTheItem()
