@@ -2,31 +2,20 @@
 
 #include "MenuBarManager.h"
 #include "processEnvironment.h"
+#include "processMemory.h"
 #include "runInBackground.h"
-
-#include <malloc.h>
 
 namespace {
 
 const QString applicationName = QStringLiteral("Deskbroom");
 const QString applicationIdentifier = QStringLiteral("org.deskbroom.Deskbroom");
 
-/// A picture that was decoded goes back to the system when it is freed, whatever was allocated since: left to
-/// itself the allocator learns from the first large block and keeps the next ones.
-void keepMemoryLow()
-{
-    constexpr int largeBlock = 128 * 1024;
-    mallopt(M_MMAP_THRESHOLD, largeBlock);
-    mallopt(M_TRIM_THRESHOLD, largeBlock);
-    mallopt(M_ARENA_MAX, 1);
-}
-
 } // namespace
 
 DeskbroomApp::ProcessPreparation::ProcessPreparation()
 {
     TerminationSignals::install();
-    keepMemoryLow();
+    processMemory::keepLow();
     processEnvironment::prepare();
     QCoreApplication::setApplicationName(applicationName);
     QCoreApplication::setApplicationVersion(QStringLiteral(DESKBROOM_VERSION));
@@ -35,7 +24,9 @@ DeskbroomApp::ProcessPreparation::ProcessPreparation()
         AppDelegate::applicationShouldTerminateAfterLastWindowClosed());
 }
 
-DeskbroomApp::DeskbroomApp(int &argc, char **argv) : m_application(argc, argv) {}
+DeskbroomApp::DeskbroomApp(int &argc, char **argv) : m_application(argc, argv)
+{
+}
 
 int DeskbroomApp::run()
 {

@@ -13,6 +13,7 @@
 #include "statusItemImage.h"
 
 #include <QAction>
+#include <QApplication>
 #include <QCoreApplication>
 #include <QGuiApplication>
 #include <QScreen>
@@ -37,7 +38,7 @@ QAction *addItem(
 {
     QAction *const action = menu.addAction(title);
     action->setIcon(Symbols::icon(symbolName));
-    action->setProperty("accessibilityDescription", accessibilityDescription);
+    action->setIconText(accessibilityDescription);
     return action;
 }
 
@@ -93,11 +94,16 @@ void MenuBarManager::makeMainMenu()
     QAction *const updates = addItem(
         menu, tr("Check for Updates…"), QStringLiteral("arrow.triangle.2.circlepath"),
         tr("Check for Updates"));
+    // A software centre may be installed or removed at any time.
     const UpdaterController &updater = *m_appDelegate->updaterController();
-    updates->setEnabled(updater.canCheckForUpdates());
-    if (!updates->isEnabled()) {
-        updates->setToolTip(tr("This desktop has no software centre that could look for updates."));
-    }
+    const auto offerUpdates = [updates, &updater] {
+        updates->setEnabled(updater.canCheckForUpdates());
+        updates->setToolTip(
+            updates->isEnabled() ? QString()
+                                 : tr("This desktop has no software centre that could look for updates."));
+    };
+    offerUpdates();
+    connect(&menu, &QMenu::aboutToShow, &updater, offerUpdates);
     connect(updates, &QAction::triggered, &updater, &UpdaterController::checkForUpdates);
 
     menu.addSeparator();
@@ -171,6 +177,16 @@ void MenuBarManager::showConfirmation(
 
 void MenuBarManager::presentRequestedConfirmation()
 {
+    if (!m_requestedConfirmation) {
+        return;
+    }
+    if (auto *const menu = qobject_cast<QMenu *>(QApplication::activePopupWidget())) {
+        // Somebody is choosing: the question comes when the menu has gone.
+        connect(
+            menu, &QMenu::aboutToHide, this, &MenuBarManager::presentRequestedConfirmation,
+            static_cast<Qt::ConnectionType>(Qt::QueuedConnection | Qt::SingleShotConnection));
+        return;
+    }
     const ConfirmationRequest request = *std::exchange(m_requestedConfirmation, std::nullopt);
     if (!m_confirmationPopover) {
         m_confirmationPopover =

@@ -7,6 +7,7 @@
 #include "TemporaryHome.h"
 #include "UserDefaults.h"
 #include "files.h"
+#include "runInBackground.h"
 
 #include <QClipboard>
 #include <QDir>
@@ -88,6 +89,7 @@ void ScreenshotManagerTest::init()
 
 void ScreenshotManagerTest::cleanup()
 {
+    background::pool(BackgroundQueue::Default).waitForDone();
     m_output.reset();
     m_manager.reset();
     m_observer.reset();

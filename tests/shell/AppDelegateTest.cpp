@@ -10,6 +10,7 @@
 #include "TemporaryHome.h"
 #include "UserDefaults.h"
 #include "files.h"
+#include "runInBackground.h"
 
 #include <QApplication>
 #include <QDir>
@@ -50,6 +51,7 @@ private Q_SLOTS:
     void keepLeavesIt();
     void aNewerScreenshotReplacesTheQuestion();
     void ofABurstOnlyTheLastIsAskedAbout();
+    void aQuestionWaitsForAnOpenMenu();
     void withAutoCopyTheClipboardComesFirst();
     void aGrantedFolderStartsWatchingAfresh();
 
@@ -77,6 +79,8 @@ void AppDelegateTest::init()
 void AppDelegateTest::cleanup()
 {
     m_delegate.reset();
+    // What a test has begun prints into its own output.
+    background::pool(BackgroundQueue::Default).waitForDone();
     m_output.reset();
     for (const QString &folder :
          {QStringLiteral("/Desktop"), QStringLiteral("/.local/share/Trash"),
@@ -353,6 +357,18 @@ void AppDelegateTest::ofABurstOnlyTheLastIsAskedAbout()
     press(QStringLiteral("Delete Now"));
     QTRY_VERIFY_WITH_TIMEOUT(isInTrash(QStringLiteral("Screenshot 999.png")), patience);
     QCOMPARE(QDir(m_home->desktop()).entryList(QDir::Files).size(), 999);
+}
+
+void AppDelegateTest::aQuestionWaitsForAnOpenMenu()
+{
+    launch();
+    m_delegate->menuBarManager()->statusItemClicked();
+    QVERIFY(openMenu() != nullptr);
+    m_delegate->watcherDidDetectScreenshot(makeScreenshot());
+    QCoreApplication::processEvents();
+    QCOMPARE(question(), nullptr);
+    openMenu()->close();
+    QTRY_VERIFY(question() != nullptr);
 }
 
 void AppDelegateTest::withAutoCopyTheClipboardComesFirst()

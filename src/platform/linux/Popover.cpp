@@ -2,6 +2,7 @@
 
 #include "EventMonitor.h"
 #include "PopoverWindow.h"
+#include "processMemory.h"
 
 #include <QGuiApplication>
 #include <QTimer>
@@ -32,7 +33,10 @@ Popover::~Popover()
         m_window->disconnect(this);
         delete m_window;
     }
-    delete m_disappearingWindow;
+    if (m_disappearingWindow) {
+        m_disappearingWindow->disconnect(this);
+        delete m_disappearingWindow;
+    }
 }
 
 void Popover::show(std::unique_ptr<QWidget> contentView, const PopoverAnchor &anchor)
@@ -60,6 +64,7 @@ void Popover::close()
     delete m_disappearingWindow;
     m_disappearingWindow = std::exchange(m_window, nullptr);
     m_disappearingWindow->disconnect(this);
+    connect(m_disappearingWindow, &QObject::destroyed, this, &processMemory::returnUnused);
     m_disappearingWindow->disappear();
     Q_EMIT didClose();
 }

@@ -1,0 +1,92 @@
+// Moving 1,000 files to the Trash the product's way, waiting for writers included, beside the same loop of
+// bare `g_file_trash`. The two take turns, so that a disk that slows down slows both.
+
+#include "FileCoordinator.h"
+#include "FileManager.h"
+#include "TemporaryFolder.h"
+
+#include <benchmark/benchmark.h>
+
+#include <QCoreApplication>
+#include <QDir>
+
+#undef signals
+#include <gio/gio.h>
+
+namespace {
+
+constexpr int fileCount = 1'000;
+
+const TemporaryFolder &home()
+{
+    static const TemporaryFolder folder;
+    return folder;
+}
+
+QStringList makeFiles()
+{
+    static int round = 0;
+    const QString folder = home().makeFilled(QStringLiteral("round-%1").arg(++round), fileCount, 1);
+    QStringList paths;
+    for (const QString &name : QDir(folder).entryList(QDir::Files)) {
+        paths.append(folder + u'/' + name);
+    }
+    return paths;
+}
+
+void emptyTrash()
+{
+    QDir(home().path() + QStringLiteral("/.local/share/Trash")).removeRecursively();
+}
+
+void bareGioTrash(benchmark::State &state)
+{
+    for (auto _ : state) {
+        state.PauseTiming();
+        const QStringList paths = makeFiles();
+        state.ResumeTiming();
+        for (const QString &path : paths) {
+            GFile *const file = g_file_new_for_path(path.toUtf8().constData());
+            if (g_file_trash(file, nullptr, nullptr) == FALSE) {
+                state.SkipWithError("g_file_trash failed");
+            }
+            g_object_unref(file);
+        }
+        state.PauseTiming();
+        emptyTrash();
+        state.ResumeTiming();
+    }
+}
+
+void coordinatedTrash(benchmark::State &state)
+{
+    for (auto _ : state) {
+        state.PauseTiming();
+        const QStringList paths = makeFiles();
+        state.ResumeTiming();
+        for (const QString &path : paths) {
+            const auto moved = FileCoordinator().coordinateWritingForDeleting(
+                QUrl::fromLocalFile(path),
+                [](const QUrl &url) { return FileManager::defaultManager().trashItem(url); });
+            if (!moved) {
+                state.SkipWithError("The move failed");
+            }
+        }
+        state.PauseTiming();
+        emptyTrash();
+        state.ResumeTiming();
+    }
+}
+
+BENCHMARK(bareGioTrash)->Unit(benchmark::kMillisecond)->UseRealTime();
+BENCHMARK(coordinatedTrash)->Unit(benchmark::kMillisecond)->UseRealTime();
+
+} // namespace
+
+int main(int argc, char **argv)
+{
+    const QCoreApplication application(argc, argv);
+    home().becomeHome();
+    benchmark::Initialize(&argc, argv);
+    benchmark::RunSpecifiedBenchmarks();
+}
