@@ -65,6 +65,27 @@ QPoint bodyCorner(PopoverEdge edge, QSize content, const PopoverAnchor &anchor, 
     Q_UNREACHABLE();
 }
 
+QMargins withoutTipSide(QMargins margins, PopoverEdge edge)
+{
+    switch (edge) {
+    case PopoverEdge::Below:
+        margins.setTop(0);
+        break;
+    case PopoverEdge::Above:
+        margins.setBottom(0);
+        break;
+    case PopoverEdge::Right:
+        margins.setLeft(0);
+        break;
+    case PopoverEdge::Left:
+        margins.setRight(0);
+        break;
+    case PopoverEdge::Free:
+        break;
+    }
+    return margins;
+}
+
 QMargins arrowMargins(PopoverEdge edge, int height)
 {
     switch (edge) {
@@ -100,11 +121,11 @@ placePopover(QSize contentSize, const PopoverAnchor &anchor, QSize arrowSize, QM
         body.moveTop(clamped(body.top(), inside.top(), inside.bottom() + 1 - body.height()));
     }
 
-    // The shadow stops at the panel and at the edges of the screen: a window that reached over them would be
-    // pushed back by the window manager, and the tip with it.
+    // The shadow stops at the tip, where the panel is, and at the edges of the screen: a window that reached
+    // over them would be pushed back by the window manager, and the tip with it.
     const QRect hanging = body.marginsAdded(arrowMargins(edge, arrowHeight));
-    const QRect window =
-        hanging.marginsAdded(shadowMargins).intersected(anchor.availableArea.united(hanging));
+    const QRect window = hanging.marginsAdded(withoutTipSide(shadowMargins, edge))
+                             .intersected(anchor.availableArea.united(hanging));
     const QRect local = body.translated(-window.topLeft());
     const QPoint target = anchor.rectangle.center() - window.topLeft();
     const int tip = isVertical ? clamped(target.y(), local.top() + tipInset, local.bottom() + 1 - tipInset)

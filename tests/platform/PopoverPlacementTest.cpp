@@ -17,7 +17,7 @@ private Q_SLOTS:
     void staysInsideTheScreenWithEveryItem();
     void withoutAnItemThereIsNoArrow();
     void withoutPanelKnowledgeRoomDecides();
-    void theShadowStopsAtThePanelAndTheScreensEdges();
+    void theShadowStopsAtTheTipAndTheScreensEdges();
     void followsTheScreenOfTheItem();
 };
 
@@ -128,13 +128,13 @@ void PopoverPlacementTest::withoutPanelKnowledgeRoomDecides()
         PopoverEdge::Above);
 }
 
-void PopoverPlacementTest::theShadowStopsAtThePanelAndTheScreensEdges()
+void PopoverPlacementTest::theShadowStopsAtTheTipAndTheScreensEdges()
 {
     const QMargins shadow(22, 12, 22, 32);
     const QRect item(700, 3, 24, 24);
     const PopoverPlacement plain = placePopover(content, anchor(item, belowTopPanel), arrow, {});
     const PopoverPlacement shadowed = placePopover(content, anchor(item, belowTopPanel), arrow, shadow);
-    QCOMPARE(shadowed.window, plain.window.adjusted(-22, -1, 22, 32));
+    QCOMPARE(shadowed.window, plain.window.adjusted(-22, 0, 22, 32));
     QCOMPARE(bodyOnScreen(shadowed), bodyOnScreen(plain));
 
     const QRect atTheEnd(1256, 3, 24, 24);
