@@ -96,6 +96,20 @@ private Q_SLOTS:
         QCOMPARE(made->pixelColor(599, 449), QColor(Qt::black));
     }
 
+    void anInterlacedOneIsShown()
+    {
+        // Of 2 × 2 pixels the passes hold the first; the one beside it; the two below.
+        const auto made = thumbnail(testImages::png(
+            {.size = {2, 2}, .interlaced = true}, QByteArray::fromHex("00ff0000"
+                                                                      "0000ff00"
+                                                                      "000000ffffffff")));
+        QVERIFY(made.has_value());
+        QCOMPARE(made->pixelColor(0, 0), QColor(Qt::red));
+        QCOMPARE(made->pixelColor(1, 0), QColor(Qt::green));
+        QCOMPARE(made->pixelColor(0, 1), QColor(Qt::blue));
+        QCOMPARE(made->pixelColor(1, 1), QColor(Qt::white));
+    }
+
     void moreThanThatIsRefused() { QVERIFY(!thumbnail(testImages::hollowPng({100000, 100000})).has_value()); }
 
     void anImageWithoutItsPixelsIsNone()

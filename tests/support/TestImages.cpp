@@ -37,12 +37,6 @@ quint32 checksum(const QByteArray &bytes)
     return ~value;
 }
 
-QByteArray chunk(const QByteArray &type, const QByteArray &contents)
-{
-    return bigEndian(static_cast<quint32>(contents.size())) + type + contents +
-           bigEndian(checksum(type + contents));
-}
-
 /// Deflate writes Huffman codes from their highest bit on, into bytes that fill from their lowest.
 class BitWriter {
 public:
@@ -95,13 +89,15 @@ QByteArray compressedZeros(qint64 count)
     return QByteArray::fromHex("7801") + writer.bytes() + bigEndian(adler);
 }
 
-QByteArray png(QSize size, const QByteArray &compressedRows)
+QByteArray pngOfCompressedRows(
+    const testImages::PngHeader &header, const QByteArray &compressedRows, const QByteArray &chunks = {})
 {
-    const QByteArray header = bigEndian(static_cast<quint32>(size.width())) +
-                              bigEndian(static_cast<quint32>(size.height())) +
-                              QByteArray::fromHex("0802000000");
-    return QByteArray::fromHex("89504e470d0a1a0a") + chunk("IHDR", header) + chunk("IDAT", compressedRows) +
-           chunk("IEND", {});
+    const QByteArray contents = bigEndian(static_cast<quint32>(header.size.width())) +
+                                bigEndian(static_cast<quint32>(header.size.height())) +
+                                static_cast<char>(header.bitDepth) + static_cast<char>(header.colorType) +
+                                '\0' + '\0' + static_cast<char>(header.interlaced ? 1 : 0);
+    return QByteArray::fromHex("89504e470d0a1a0a") + testImages::pngChunk("IHDR", contents) + chunks +
+           testImages::pngChunk("IDAT", compressedRows) + testImages::pngChunk("IEND", {});
 }
 
 } // namespace
@@ -123,15 +119,27 @@ QByteArray testImages::encoded(const QImage &image, const char *format)
     return buffer.data();
 }
 
+QByteArray testImages::png(const PngHeader &header, const QByteArray &rows, const QByteArray &chunks)
+{
+    constexpr int lengthBeforeStream = 4; // qCompress's own
+    return pngOfCompressedRows(header, qCompress(rows).sliced(lengthBeforeStream), chunks);
+}
+
+QByteArray testImages::pngChunk(const QByteArray &type, const QByteArray &contents)
+{
+    return bigEndian(static_cast<quint32>(contents.size())) + type + contents +
+           bigEndian(checksum(type + contents));
+}
+
 QByteArray testImages::blackPng(QSize size)
 {
     const qint64 rowSize = 1 + qint64(size.width()) * 3;
-    return png(size, compressedZeros(rowSize * size.height()));
+    return pngOfCompressedRows({.size = size}, compressedZeros(rowSize * size.height()));
 }
 
 QByteArray testImages::hollowPng(QSize size)
 {
-    return png(size, compressedZeros(1000));
+    return pngOfCompressedRows({.size = size}, compressedZeros(1000));
 }
 
 QByteArray testImages::withExif(const QByteArray &jpeg, int orientation, const QByteArray &thumbnailJpeg)

@@ -1,45 +1,31 @@
 #include "imageThumbnail.h"
 
 #include "isFinishedImage.h"
+#include "pngThumbnail.h"
+#include "thumbnailSize.h"
 
 #include <QFile>
 #include <QImageReader>
 
-#include <algorithm>
-
 namespace {
 
-constexpr qint64 mostPixels = qint64(1) << 28;
 constexpr int bytesPerPixel = 4;
+constexpr qint64 mebibyte = 1 << 20;
 
 /// The toolkit refuses images of more than 256 MiB unless told otherwise, once for all readers.
 void raiseAllocationLimit()
 {
     [[maybe_unused]] static const bool once = [] {
-        QImageReader::setAllocationLimit(int(mostPixels * bytesPerPixel / (1024 * 1024)));
+        QImageReader::setAllocationLimit(int(mostImagePixels * bytesPerPixel / mebibyte));
         return true;
     }();
-}
-
-bool isAcceptable(QSize size)
-{
-    return !size.isEmpty() && qint64(size.width()) * size.height() <= mostPixels;
-}
-
-/// `size` with its longer side at most `maximum`, and no side below 1.
-QSize fitted(QSize size, int maximum)
-{
-    if (std::max(size.width(), size.height()) <= maximum) {
-        return size;
-    }
-    return size.scaled(maximum, maximum, Qt::KeepAspectRatio).expandedTo({1, 1});
 }
 
 /// What the reader is asked for. The JPEG reader scales by powers of two while it decodes and then roughly:
 /// twice the size leaves the last step to a smooth scaling of ours.
 QSize readSize(ImageFormat format, QSize size, int maximum)
 {
-    return fitted(size, format == ImageFormat::Jpeg ? maximum * 2 : maximum);
+    return thumbnailSize(size, format == ImageFormat::Jpeg ? maximum * 2 : maximum);
 }
 
 } // namespace
@@ -49,6 +35,9 @@ std::optional<QImage> imageThumbnail(int descriptor, ImageFormat format, int max
     if (!isFinishedImage(descriptor, format)) {
         return std::nullopt;
     }
+    if (format == ImageFormat::Png && !isInterlacedPng(descriptor)) {
+        return pngThumbnail(descriptor, maximumPixelSize);
+    }
     QFile file;
     if (!file.open(descriptor, QIODevice::ReadOnly, QFileDevice::DontCloseHandle) || !file.seek(0)) {
         return std::nullopt;
@@ -57,7 +46,7 @@ std::optional<QImage> imageThumbnail(int descriptor, ImageFormat format, int max
     QImageReader reader(&file, readerName(format));
     reader.setAutoTransform(true);
     const QSize size = reader.size();
-    if (!isAcceptable(size)) {
+    if (!isAcceptableImageSize(size)) {
         return std::nullopt;
     }
     const QSize wanted = readSize(format, size, maximumPixelSize);
@@ -69,7 +58,7 @@ std::optional<QImage> imageThumbnail(int descriptor, ImageFormat format, int max
         return std::nullopt;
     }
     // Measured again: the orientation may have swapped the sides.
-    const QSize fittedSize = fitted(image.size(), maximumPixelSize);
+    const QSize fittedSize = thumbnailSize(image.size(), maximumPixelSize);
     if (fittedSize != image.size()) {
         image = image.scaled(fittedSize, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
     }
@@ -83,5 +72,5 @@ QImage uprightImage(QIODevice &device, ImageFormat format)
     raiseAllocationLimit();
     QImageReader reader(&device, readerName(format));
     reader.setAutoTransform(true);
-    return isAcceptable(reader.size()) ? reader.read() : QImage();
+    return isAcceptableImageSize(reader.size()) ? reader.read() : QImage();
 }

@@ -1,0 +1,31 @@
+# Read by common.sh. Every script takes the lists that it needs.
+# shellcheck shell=bash disable=SC2034
+
+# What the scripts take from Debian 12, by purpose.
+
+# Compiler driver, generator and headers: the toolkit, ICU's regular expressions, the Trash, X input, PNG.
+build_packages=(
+    cmake g++ ninja-build pkg-config
+    qt6-base-dev qt6-svg-dev libicu-dev libglib2.0-dev
+    libxcb1-dev libxcb-xinput-dev libxcb-shape0-dev libpng-dev
+)
+# Previews of WebP and TIFF, and the fonts of the screens. The program works without them.
+runtime_packages=(qt6-image-formats-plugins fonts-inter fonts-jetbrains-mono)
+# A private desktop: X server, bus, accessibility bus, window manager, panel, notification server, wallpaper;
+# the capture tool; and what drives it all: Python with GLib's bus, X events, window lists, pictures.
+desktop_packages=(
+    xvfb dbus-daemon at-spi2-core xfwm4 xfce4-panel xfconf dunst adwaita-icon-theme feh
+    xfce4-screenshooter
+    python3 python3-gi xdotool x11-utils x11-xserver-utils xclip imagemagick
+)
+# The other panel that the tests use, whose tray is XEmbed, with a window manager and a compositor for it.
+test_packages=(openbox tint2 picom)
+# Formatters and linters, for C++ (the benchmarks' too, which include their library), shell, Python, the desktop
+# entry and the software centre's description.
+lint_packages=(
+    libbenchmark-dev
+    clang-19 clang-format-19 clang-tidy-19 shellcheck python3 python3-pyflakes desktop-file-utils appstream
+)
+# What the program is measured with, and beside: the benchmark library, the tracer that counts its wake-ups, and
+# two programs that live in a panel as it does.
+bench_packages=(libbenchmark-dev strace nm-tray flameshot)
