@@ -6,11 +6,12 @@
 # Compiler driver, generator and headers: the toolkit, ICU's regular expressions, the Trash, X input, PNG.
 build_packages=(
     cmake g++ ninja-build pkg-config
-    qt6-base-dev qt6-svg-dev libicu-dev libglib2.0-dev
+    qt6-base-dev libicu-dev libglib2.0-dev
     libxcb1-dev libxcb-xinput-dev libxcb-shape0-dev libpng-dev
 )
-# Previews of WebP and TIFF, and the fonts of the screens. The program works without them.
-runtime_packages=(qt6-image-formats-plugins fonts-inter fonts-jetbrains-mono)
+# The toolkit's SVG plugin, which draws the symbols when a menu first shows them. Previews of WebP and TIFF, and
+# the fonts of the screens: the program works without these.
+runtime_packages=(libqt6svg6 qt6-image-formats-plugins fonts-inter fonts-jetbrains-mono)
 # A private desktop: X server, bus, accessibility bus, window manager, panel, notification server, wallpaper;
 # the capture tool; and what drives it all: Python with GLib's bus, X events, window lists, pictures.
 desktop_packages=(

@@ -6,7 +6,6 @@
 #include <QIconEngine>
 #include <QPainter>
 #include <QPixmap>
-#include <QSvgRenderer>
 
 // A resource of a static library isn't linked in unless something names it; the macro wants the global scope.
 static void initializeSymbols()
@@ -59,16 +58,17 @@ private:
 QImage Symbols::image(const QString &name, qreal points, qreal devicePixelRatio, const QColor &tint)
 {
     initializeSymbols();
-    QSvgRenderer drawing(QStringLiteral(":/symbols/%1.svg").arg(name));
-    if (!drawing.isValid()) {
-        fatalError(QStringLiteral("There is no symbol named %1").arg(name));
-    }
+    // The toolkit's icon engine for SVG is a plugin that is loaded with the first drawing: a program at rest
+    // has drawn none.
+    const QIcon drawing(QStringLiteral(":/symbols/%1.svg").arg(name));
     const int pixels = qRound(points * devicePixelRatio);
-    QImage image(pixels, pixels, QImage::Format_ARGB32_Premultiplied);
-    image.fill(Qt::transparent);
+    QImage image = drawing.pixmap(QSize(pixels, pixels), 1).toImage();
+    if (image.size() != QSize(pixels, pixels)) {
+        fatalError(
+            QStringLiteral("The symbol %1 can't be drawn: without its file or the SVG plugin").arg(name));
+    }
+    image.convertTo(QImage::Format_ARGB32_Premultiplied);
     QPainter painter(&image);
-    painter.setRenderHint(QPainter::Antialiasing);
-    drawing.render(&painter, QRectF(0, 0, pixels, pixels));
     painter.setCompositionMode(QPainter::CompositionMode_SourceIn);
     painter.fillRect(image.rect(), tint);
     painter.end();
