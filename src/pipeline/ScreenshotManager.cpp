@@ -52,7 +52,7 @@ std::optional<QString> moveToTrash(const QString &path)
         print(QStringLiteral("Screenshot moved to Trash: ") + fileName(path));
         return std::nullopt;
     }
-    const QString text = failureText(moved.error(), path);
+    QString text = failureText(moved.error(), path);
     print(QStringLiteral("Failed to delete screenshot: ") + text);
     return text;
 }

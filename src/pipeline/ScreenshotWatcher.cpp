@@ -240,7 +240,8 @@ void ScreenshotWatcher::apply(quint64 sequence, Outcome outcome)
 bool ScreenshotWatcher::isFresh(const QString &path, const QDateTime &cutoff) const
 {
     const auto attributes = m_fileManager->attributesOfItem(path);
-    if (attributes && attributes->creationDate && *attributes->creationDate > cutoff) {
+    const auto attribute = attributes ? attributes->creationDate : std::nullopt;
+    if (attribute && *attribute > cutoff) {
         return true;
     }
     const auto creationDate = m_fileManager->creationDate(QUrl::fromLocalFile(path));

@@ -12,6 +12,7 @@
 #include <chrono>
 #include <memory>
 #include <optional>
+#include <utility>
 
 class FileManager;
 
@@ -33,7 +34,7 @@ public:
     ~ScreenshotWatcher() override;
     Q_DISABLE_COPY_MOVE(ScreenshotWatcher)
 
-    void setDelegate(WeakInterface<ScreenshotWatcherDelegate> delegate) { m_delegate = delegate; }
+    void setDelegate(WeakInterface<ScreenshotWatcherDelegate> delegate) { m_delegate = std::move(delegate); }
 
     [[nodiscard]] const QSet<QString> &lastKnownScreenshots() const { return m_lastKnownScreenshots; }
 

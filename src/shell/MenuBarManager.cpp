@@ -183,11 +183,13 @@ void MenuBarManager::presentRequestedConfirmation()
     if (auto *const menu = qobject_cast<QMenu *>(QApplication::activePopupWidget())) {
         // Somebody is choosing: the question comes when the menu has gone.
         connect(
-            menu, &QMenu::aboutToHide, this, &MenuBarManager::presentRequestedConfirmation,
-            static_cast<Qt::ConnectionType>(Qt::QueuedConnection | Qt::SingleShotConnection));
+            menu, &QMenu::aboutToHide, this,
+            [this] { QTimer::singleShot(0, this, &MenuBarManager::presentRequestedConfirmation); },
+            Qt::SingleShotConnection);
         return;
     }
-    const ConfirmationRequest request = *std::exchange(m_requestedConfirmation, std::nullopt);
+    const ConfirmationRequest request = std::move(*m_requestedConfirmation);
+    m_requestedConfirmation.reset();
     if (!m_confirmationPopover) {
         m_confirmationPopover =
             std::make_unique<Popover>(Popover::Behavior::Transient, std::make_unique<PopoverFrame>());

@@ -5,6 +5,6 @@
 
 void fatalError(const QString &message)
 {
-    std::fputs(qPrintable(QStringLiteral("Fatal error: ") + message + QLatin1Char('\n')), stderr);
+    (void)std::fputs(qPrintable(QStringLiteral("Fatal error: ") + message + QLatin1Char('\n')), stderr);
     std::abort();
 }
