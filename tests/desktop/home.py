@@ -1,0 +1,77 @@
+"""A user's home folder that is made for a test and goes with it."""
+
+import json
+import os
+import shutil
+import tempfile
+from pathlib import Path
+
+_USER_FOLDERS = {"DESKTOP": "Desktop", "PICTURES": "Pictures", "DOWNLOAD": "Downloads"}
+
+
+class Home:
+    """Every XDG base and user directory lies in it. Use as a context manager, or call `remove`."""
+
+    def __init__(self):
+        root = os.environ.get("DESKBROOM_TEST_ROOT", tempfile.gettempdir())
+        self.path = Path(tempfile.mkdtemp(prefix="deskbroom-home-", dir=root))
+        self.config = self.path / ".config"
+        self.data = self.path / ".local/share"
+        self.desktop, self.pictures, self.downloads = (self.path / name for name in _USER_FOLDERS.values())
+        for folder in (self.config, self.data, self.desktop, self.pictures, self.downloads):
+            folder.mkdir(parents=True)
+        (self.config / "user-dirs.dirs").write_text(
+            "".join(f'XDG_{key}_DIR="$HOME/{name}"\n' for key, name in _USER_FOLDERS.items())
+        )
+
+    @property
+    def preferences(self):
+        return self.config / "Deskbroom/Deskbroom.json"
+
+    @property
+    def trash(self):
+        return self.data / "Trash"
+
+    def trashed(self):
+        """The names of the files in the Trash."""
+        try:
+            return sorted(os.listdir(self.trash / "files"))
+        except FileNotFoundError:
+            return []
+
+    def stored_delay(self):
+        """In minutes, or None when none is stored."""
+        try:
+            return json.loads(self.preferences.read_text()).get("timeframeInMinutes")
+        except FileNotFoundError:
+            return None
+
+    def write_preferences(self, text):
+        self.preferences.parent.mkdir(parents=True, exist_ok=True)
+        self.preferences.write_text(text)
+
+    def environment(self):
+        return {
+            "HOME": str(self.path),
+            "XDG_CONFIG_HOME": str(self.config),
+            "XDG_DATA_HOME": str(self.data),
+            "XDG_STATE_HOME": str(self.path / ".local/state"),
+            "XDG_CACHE_HOME": str(self.path / ".cache"),
+        }
+
+    def remove(self):
+        def make_removable(_function, path, _error):
+            os.chmod(os.path.dirname(path), 0o700)
+            if os.path.isdir(path) and not os.path.islink(path):
+                os.chmod(path, 0o700)
+                shutil.rmtree(path, ignore_errors=True)
+            else:
+                os.unlink(path)
+
+        shutil.rmtree(self.path, onerror=make_removable)
+
+    def __enter__(self):
+        return self
+
+    def __exit__(self, *_exception):
+        self.remove()

@@ -1,0 +1,25 @@
+"""Real pointer and keyboard events through the X server's test extension. Positions are device pixels."""
+
+_BUTTONS = {"left": "1", "middle": "2", "right": "3"}
+
+
+def centre(rectangle):
+    x, y, width, height = rectangle
+    return x + width // 2, y + height // 2
+
+
+def move(desktop, position):
+    desktop.run(["xdotool", "mousemove", "--sync", *map(str, position)])
+
+
+def click(desktop, position, button="left"):
+    x, y = map(str, position)
+    desktop.run(["xdotool", "mousemove", x, y, "click", _BUTTONS[button]])
+
+
+def type_text(desktop, text):
+    desktop.run(["xdotool", "type", "--delay", "5", text])
+
+
+def press_keys(desktop, *keys):
+    desktop.run(["xdotool", "key", *keys])
