@@ -68,6 +68,9 @@ public:
 Q_SIGNALS:
     void clicked();
 
+    /// A right click, from a panel that opens no menu of the item's itself.
+    void menuRequested();
+
 private:
     class Presence;
 

@@ -65,6 +65,7 @@ void MenuBarManager::makeStatusItem()
 {
     m_statusBarItem = std::make_unique<StatusItem>();
     connect(m_statusBarItem.get(), &StatusItem::clicked, this, &MenuBarManager::statusItemClicked);
+    connect(m_statusBarItem.get(), &StatusItem::menuRequested, this, [this] { popUp(*m_mainMenu); });
     const auto showImage = [this] { m_statusBarItem->setImage(statusItemImage()); };
     showImage();
     connect(&Appearance::shared(), &Appearance::changed, this, showImage);

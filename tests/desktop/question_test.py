@@ -131,7 +131,14 @@ class AnswersOnXfce4Panel(OnXfce4Panel, Answers, DesktopTestCase):
 
 
 class AnswersOnTint2(OnTint2, Answers, DesktopTestCase):
-    pass
+    def test_the_delay_at_the_answer_counts_not_the_one_at_the_question(self):
+        program, question = self.ask()
+        program.click_icon("right")
+        program.click_menu_item("Deletion Timeframe")
+        program.click_menu_item("30 minutes")
+        wait_until(lambda: self.home.stored_delay() == 30, "the delay is stored")
+        question.press("Delete in 5 min")
+        program.child.wait_for_line(f"Scheduled deletion of {NAME} in 30 minutes")
 
 
 if __name__ == "__main__":

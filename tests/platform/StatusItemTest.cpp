@@ -45,8 +45,8 @@ private Q_SLOTS:
     void hasTheProtocolsProperties();
     void sendsPixelsInNetworkOrder();
     void announcesANewImage();
-    void everyWayOfClickingIsAClick_data();
-    void everyWayOfClickingIsAClick();
+    void everyButtonHasItsMeaning_data();
+    void everyButtonHasItsMeaning();
     void scrollingIsNoClick();
     void remembersAPlausibleClick();
     void forgetsTheClickWithItsPanel();
@@ -135,27 +135,33 @@ void StatusItemTest::announcesANewImage()
     QCOMPARE(itemProperty<QString>(watcher, "IconName"), QStringLiteral("other-symbolic"));
 }
 
-void StatusItemTest::everyWayOfClickingIsAClick_data()
+void StatusItemTest::everyButtonHasItsMeaning_data()
 {
     QTest::addColumn<QString>("method");
-    QTest::newRow("left") << QStringLiteral("Activate");
-    QTest::newRow("middle") << QStringLiteral("SecondaryActivate");
-    QTest::newRow("right, in a panel without exported menus") << QStringLiteral("ContextMenu");
+    QTest::addColumn<int>("clicks");
+    QTest::addColumn<int>("menuRequests");
+    QTest::newRow("left") << QStringLiteral("Activate") << 1 << 0;
+    QTest::newRow("middle") << QStringLiteral("SecondaryActivate") << 1 << 0;
+    QTest::newRow("right, in a panel without exported menus") << QStringLiteral("ContextMenu") << 0 << 1;
 }
 
-void StatusItemTest::everyWayOfClickingIsAClick()
+void StatusItemTest::everyButtonHasItsMeaning()
 {
     QFETCH(const QString, method);
+    QFETCH(const int, clicks);
+    QFETCH(const int, menuRequests);
     const Watcher watcher;
     StatusItem item;
     item.setImage(cameraImage());
     QTRY_COMPARE(watcher.registeredItems().size(), 1);
     const QSignalSpy clicked(&item, &StatusItem::clicked);
+    const QSignalSpy menuRequested(&item, &StatusItem::menuRequested);
 
     const QDBusMessage reply = watcher.callItem(method, {10, 10});
 
     QCOMPARE(reply.type(), QDBusMessage::ReplyMessage);
-    QCOMPARE(clicked.count(), 1);
+    QCOMPARE(clicked.count(), clicks);
+    QCOMPARE(menuRequested.count(), menuRequests);
 }
 
 void StatusItemTest::scrollingIsNoClick()

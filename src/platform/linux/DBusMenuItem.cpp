@@ -4,9 +4,12 @@
 #include <QActionGroup>
 #include <QBuffer>
 #include <QGuiApplication>
-#include <QHash>
 #include <QIcon>
 #include <QPixmap>
+
+#include <algorithm>
+#include <array>
+#include <utility>
 
 namespace {
 
@@ -16,45 +19,47 @@ constexpr int menuIconSide = 16;
 QString keysymName(Qt::Key key)
 {
     // Those that the toolkit calls otherwise.
-    static const QHash<int, QString> names = {
-        {Qt::Key_Space, QStringLiteral("space")},
-        {Qt::Key_Exclam, QStringLiteral("exclam")},
-        {Qt::Key_QuoteDbl, QStringLiteral("quotedbl")},
-        {Qt::Key_NumberSign, QStringLiteral("numbersign")},
-        {Qt::Key_Dollar, QStringLiteral("dollar")},
-        {Qt::Key_Percent, QStringLiteral("percent")},
-        {Qt::Key_Ampersand, QStringLiteral("ampersand")},
-        {Qt::Key_Apostrophe, QStringLiteral("apostrophe")},
-        {Qt::Key_ParenLeft, QStringLiteral("parenleft")},
-        {Qt::Key_ParenRight, QStringLiteral("parenright")},
-        {Qt::Key_Asterisk, QStringLiteral("asterisk")},
-        {Qt::Key_Plus, QStringLiteral("plus")},
-        {Qt::Key_Comma, QStringLiteral("comma")},
-        {Qt::Key_Minus, QStringLiteral("minus")},
-        {Qt::Key_Period, QStringLiteral("period")},
-        {Qt::Key_Slash, QStringLiteral("slash")},
-        {Qt::Key_Colon, QStringLiteral("colon")},
-        {Qt::Key_Semicolon, QStringLiteral("semicolon")},
-        {Qt::Key_Less, QStringLiteral("less")},
-        {Qt::Key_Equal, QStringLiteral("equal")},
-        {Qt::Key_Greater, QStringLiteral("greater")},
-        {Qt::Key_Question, QStringLiteral("question")},
-        {Qt::Key_At, QStringLiteral("at")},
-        {Qt::Key_BracketLeft, QStringLiteral("bracketleft")},
-        {Qt::Key_Backslash, QStringLiteral("backslash")},
-        {Qt::Key_BracketRight, QStringLiteral("bracketright")},
-        {Qt::Key_Escape, QStringLiteral("Escape")},
-        {Qt::Key_Backspace, QStringLiteral("BackSpace")},
-        {Qt::Key_Enter, QStringLiteral("KP_Enter")},
-        {Qt::Key_Insert, QStringLiteral("Insert")},
-        {Qt::Key_Delete, QStringLiteral("Delete")},
-        {Qt::Key_PageUp, QStringLiteral("Page_Up")},
-        {Qt::Key_PageDown, QStringLiteral("Page_Down")},
-    };
+    static constexpr auto names = std::to_array<std::pair<Qt::Key, QLatin1String>>({
+        {Qt::Key_Space, QLatin1String("space")},
+        {Qt::Key_Exclam, QLatin1String("exclam")},
+        {Qt::Key_QuoteDbl, QLatin1String("quotedbl")},
+        {Qt::Key_NumberSign, QLatin1String("numbersign")},
+        {Qt::Key_Dollar, QLatin1String("dollar")},
+        {Qt::Key_Percent, QLatin1String("percent")},
+        {Qt::Key_Ampersand, QLatin1String("ampersand")},
+        {Qt::Key_Apostrophe, QLatin1String("apostrophe")},
+        {Qt::Key_ParenLeft, QLatin1String("parenleft")},
+        {Qt::Key_ParenRight, QLatin1String("parenright")},
+        {Qt::Key_Asterisk, QLatin1String("asterisk")},
+        {Qt::Key_Plus, QLatin1String("plus")},
+        {Qt::Key_Comma, QLatin1String("comma")},
+        {Qt::Key_Minus, QLatin1String("minus")},
+        {Qt::Key_Period, QLatin1String("period")},
+        {Qt::Key_Slash, QLatin1String("slash")},
+        {Qt::Key_Colon, QLatin1String("colon")},
+        {Qt::Key_Semicolon, QLatin1String("semicolon")},
+        {Qt::Key_Less, QLatin1String("less")},
+        {Qt::Key_Equal, QLatin1String("equal")},
+        {Qt::Key_Greater, QLatin1String("greater")},
+        {Qt::Key_Question, QLatin1String("question")},
+        {Qt::Key_At, QLatin1String("at")},
+        {Qt::Key_BracketLeft, QLatin1String("bracketleft")},
+        {Qt::Key_Backslash, QLatin1String("backslash")},
+        {Qt::Key_BracketRight, QLatin1String("bracketright")},
+        {Qt::Key_Escape, QLatin1String("Escape")},
+        {Qt::Key_Backspace, QLatin1String("BackSpace")},
+        {Qt::Key_Enter, QLatin1String("KP_Enter")},
+        {Qt::Key_Insert, QLatin1String("Insert")},
+        {Qt::Key_Delete, QLatin1String("Delete")},
+        {Qt::Key_PageUp, QLatin1String("Page_Up")},
+        {Qt::Key_PageDown, QLatin1String("Page_Down")},
+    });
     if (key >= Qt::Key_A && key <= Qt::Key_Z) {
         return {QChar(u'a' + (key - Qt::Key_A))};
     }
-    return names.value(key, QKeySequence(key).toString(QKeySequence::PortableText));
+    const auto *const found = std::ranges::find(names, key, &std::pair<Qt::Key, QLatin1String>::first);
+    return found == names.end() ? QKeySequence(key).toString(QKeySequence::PortableText)
+                                : QString(found->second);
 }
 
 QByteArray iconBytes(const QIcon &icon)

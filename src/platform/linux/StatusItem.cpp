@@ -43,7 +43,7 @@ private:
 
     void start();
     void chooseWay();
-    void activate(QPoint reportedPlace);
+    void rememberClick(QPoint reportedPlace);
     [[nodiscard]] QList<PanelShape> panels() const;
 
     StatusItem &m_statusItem;
@@ -61,6 +61,7 @@ private:
 StatusItem::Presence::Presence(StatusItem &statusItem) : m_statusItem(statusItem)
 {
     connect(&m_xembed, &XEmbedStatusItem::clicked, &m_statusItem, &StatusItem::clicked);
+    connect(&m_xembed, &XEmbedStatusItem::menuRequested, &m_statusItem, &StatusItem::menuRequested);
 }
 
 void StatusItem::Presence::setImage(const StatusItemImage &image)
@@ -84,7 +85,14 @@ void StatusItem::Presence::start()
         return;
     }
     m_notifierItem = std::make_unique<StatusNotifierItem>(bus);
-    connect(m_notifierItem.get(), &StatusNotifierItem::activated, this, &Presence::activate);
+    connect(m_notifierItem.get(), &StatusNotifierItem::activated, this, [this](QPoint reportedPlace) {
+        rememberClick(reportedPlace);
+        Q_EMIT m_statusItem.clicked();
+    });
+    connect(m_notifierItem.get(), &StatusNotifierItem::menuRequested, this, [this](QPoint reportedPlace) {
+        rememberClick(reportedPlace);
+        Q_EMIT m_statusItem.menuRequested();
+    });
     m_menuExporter = std::make_unique<DBusMenuExporter>(bus, StatusNotifierItem::menuPath);
     m_menuExporter->setMenu(m_menu);
     m_watcher = std::make_unique<StatusNotifierWatcherClient>(bus);
@@ -115,7 +123,7 @@ QList<PanelShape> StatusItem::Presence::panels() const
     return desktopPanels(m_watcher ? m_watcher->watcherProcess() : std::nullopt);
 }
 
-void StatusItem::Presence::activate(QPoint reportedPlace)
+void StatusItem::Presence::rememberClick(QPoint reportedPlace)
 {
     const QList<ScreenShape> screens = desktopScreens();
     const QList<PanelShape> allPanels = panels();
@@ -127,7 +135,6 @@ void StatusItem::Presence::activate(QPoint reportedPlace)
         const auto place = plausibleReportedClick(reportedPlace, clickUnitOfDesktop(), screens, allPanels)) {
         m_lastClick = place;
     }
-    Q_EMIT m_statusItem.clicked();
 }
 
 StatusItem::Anchor StatusItem::Presence::anchor() const

@@ -92,7 +92,7 @@ public:
     Q_SCRIPTABLE void SecondaryActivate(int x, int y) { Q_EMIT activated(QPoint(x, y)); }
 
     /// Called by panels that can't show the exported menu.
-    Q_SCRIPTABLE void ContextMenu(int x, int y) { Q_EMIT activated(QPoint(x, y)); }
+    Q_SCRIPTABLE void ContextMenu(int x, int y) { Q_EMIT menuRequested(QPoint(x, y)); }
 
     Q_SCRIPTABLE void Scroll(int delta, const QString &orientation);
     /// For the window that the next click opens (Wayland, xdg-activation).
@@ -108,6 +108,7 @@ Q_SIGNALS:
     Q_SCRIPTABLE void NewIconThemePath(const QString &path);
 
     void activated(QPoint reportedPlace);
+    void menuRequested(QPoint reportedPlace);
 
 private:
     QDBusConnection m_bus;

@@ -105,8 +105,10 @@ void XEmbedStatusItem::showIcon()
 
 void XEmbedStatusItem::activate(QSystemTrayIcon::ActivationReason reason)
 {
-    // A double click has already been a click.
-    if (reason != QSystemTrayIcon::DoubleClick) {
+    if (reason == QSystemTrayIcon::Context) {
+        Q_EMIT menuRequested();
+    } else if (reason != QSystemTrayIcon::DoubleClick) {
+        // A double click has already been a click.
         Q_EMIT clicked();
     }
 }

@@ -36,6 +36,8 @@ public:
 
 Q_SIGNALS:
     void clicked();
+    /// The right button was pressed.
+    void menuRequested();
 
 private:
     [[nodiscard]] bool
