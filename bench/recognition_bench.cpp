@@ -17,6 +17,7 @@ const std::vector<QByteArray> &names()
 {
     static const std::vector<QByteArray> result = [] {
         std::vector<QByteArray> made;
+        made.reserve(nameCount);
         for (int i = 0; i < nameCount; ++i) {
             made.push_back(
                 (i % 20 == 0 ? screenshotName(i) : otherName(i % 10 == 3 && i % 20 != 3 ? i + 1 : i))

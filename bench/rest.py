@@ -32,7 +32,7 @@ from home import Home  # noqa: E402
 from images import png  # noqa: E402
 from private_desktop import PrivateDesktop  # noqa: E402
 from tray import registered_item  # noqa: E402
-from waiting import wait_until  # noqa: E402
+from waiting import wait_until, wait_until_still  # noqa: E402
 from windows import all_windows  # noqa: E402
 
 _SETTLING_SECONDS = 10
@@ -142,6 +142,8 @@ def ask_and_answer(desktop, home, offsets):
         path.write_bytes(content)
         window = wait_until(lambda: question_window(desktop), "the question is on screen")
         taken.append(1000 * (time.monotonic() - began))
+        # It ignores the mouse at first, and grows when its preview comes.
+        window = wait_until_still(lambda: question_window(desktop), "the question has its size", still_for=0.6)
         button = "Delete Now" if number % 2 else "Keep"
 
         def answered(window=window, button=button):

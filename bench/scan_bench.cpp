@@ -130,6 +130,10 @@ void bareReaddir(benchmark::State &state)
         folder(static_cast<int>(state.range(0)), static_cast<int>(state.range(1))).toUtf8();
     for (auto _ : state) {
         DIR *const stream = ::opendir(path.constData());
+        if (stream == nullptr) {
+            state.SkipWithError("The folder can't be opened");
+            break;
+        }
         int count = 0;
         while (::readdir(stream) != nullptr) {
             ++count;

@@ -73,19 +73,19 @@ inline bool slowIsScreenshot(const QString &name)
         }
     }
     for (const char *pattern :
-         {"Screenshot \\d{4}-\\d{2}-\\d{2} at \\d{1,2}\\.\\d{2}\\.\\d{2}.*\\.(png|jpg|jpeg)",
-          "Screen Shot \\d{4}-\\d{2}-\\d{2} at \\d{1,2}\\.\\d{2}\\.\\d{2}.*\\.(png|jpg|jpeg)",
-          "CleanShot \\d{4}-\\d{2}-\\d{2} at \\d{1,2}\\.\\d{2}\\.\\d{2}.*\\.(png|jpg|jpeg)",
-          "screenshot_\\d{4}-\\d{2}-\\d{2}_\\d{2}-\\d{2}-\\d{2}\\.(png|jpg|jpeg)",
-          "capture_\\d{8}_\\d{6}\\.(png|jpg|jpeg)"}) {
+         {R"(Screenshot \d{4}-\d{2}-\d{2} at \d{1,2}\.\d{2}\.\d{2}.*\.(png|jpg|jpeg))",
+          R"(Screen Shot \d{4}-\d{2}-\d{2} at \d{1,2}\.\d{2}\.\d{2}.*\.(png|jpg|jpeg))",
+          R"(CleanShot \d{4}-\d{2}-\d{2} at \d{1,2}\.\d{2}\.\d{2}.*\.(png|jpg|jpeg))",
+          R"(screenshot_\d{4}-\d{2}-\d{2}_\d{2}-\d{2}-\d{2}\.(png|jpg|jpeg))",
+          R"(capture_\d{8}_\d{6}\.(png|jpg|jpeg))"}) {
         if (slow::found(pattern, name)) {
             return true;
         }
     }
     bool hasDate = false;
     for (const char *pattern :
-         {"\\d{4}[-_]\\d{2}[-_]\\d{2}", "\\d{2}[-_]\\d{2}[-_]\\d{4}", "\\d{1,2}[.]\\d{2}[.]\\d{2}",
-          "\\d{8}[\\s_-]\\d{6}"}) {
+         {R"(\d{4}[-_]\d{2}[-_]\d{2})", R"(\d{2}[-_]\d{2}[-_]\d{4})", R"(\d{1,2}[.]\d{2}[.]\d{2})",
+          R"(\d{8}[\s_-]\d{6})"}) {
         if (slow::found(pattern, name)) {
             hasDate = true;
             break;

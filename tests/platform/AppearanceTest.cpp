@@ -21,7 +21,7 @@ struct Accent {
 };
 Q_DECLARE_METATYPE(Accent)
 
-QDBusArgument &operator<<(QDBusArgument &argument, const Accent &accent)
+static QDBusArgument &operator<<(QDBusArgument &argument, const Accent &accent)
 {
     argument.beginStructure();
     argument << accent.red << accent.green << accent.blue;
@@ -29,7 +29,7 @@ QDBusArgument &operator<<(QDBusArgument &argument, const Accent &accent)
     return argument;
 }
 
-const QDBusArgument &operator>>(const QDBusArgument &argument, Accent &accent)
+static const QDBusArgument &operator>>(const QDBusArgument &argument, Accent &accent)
 {
     argument.beginStructure();
     argument >> accent.red >> accent.green >> accent.blue;

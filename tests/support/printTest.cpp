@@ -124,6 +124,7 @@ private Q_SLOTS:
     {
         std::signal(SIGPIPE, SIG_IGN);
         const int previous = ::dup(STDOUT_FILENO);
+        QVERIFY(previous >= 0);
         ::close(STDOUT_FILENO);
         print(QStringLiteral("nowhere"));
         ::dup2(previous, STDOUT_FILENO);

@@ -4,6 +4,7 @@
 #include "ButtonRowLayout.h"
 #include "ImageSource.h"
 #include "Motion.h"
+#include "Preferences.h"
 #include "PushButton.h"
 #include "ScreenshotPreview.h"
 #include "SecurityScopedAccess.h"
@@ -30,7 +31,7 @@ constexpr qreal presenceAtFirst = 0.55;
 std::optional<SecurityScopedAccess> accessDesktop()
 {
     const std::optional<QByteArray> bookmark =
-        UserDefaults::standard().data(QStringLiteral("DesktopFolderBookmark"));
+        UserDefaults::standard().data(preferences::desktopFolderBookmark);
     if (!bookmark) {
         return std::nullopt;
     }
