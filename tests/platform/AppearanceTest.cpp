@@ -34,7 +34,7 @@ static const QDBusArgument &operator>>(const QDBusArgument &argument, Accent &ac
     argument.beginStructure();
     argument >> accent.red >> accent.green >> accent.blue;
     argument.endStructure();
-    return argument;
+    return argument; // NOLINT(bugprone-return-const-ref-from-parameter): the toolkit's signature
 }
 
 namespace {
