@@ -1,8 +1,8 @@
 #include "FileManager.h"
 
 #include "GioLeak.h"
-#include "processEnvironment.h"
 #include "TemporaryHome.h"
+#include "processEnvironment.h"
 
 #include <QDir>
 #include <QFile>
