@@ -9,13 +9,13 @@ build_packages=(
     qt6-base-dev libicu-dev libglib2.0-dev
     libxcb1-dev libxcb-xinput-dev libxcb-shape0-dev libpng-dev
 )
-# The toolkit's SVG plugin, which draws the symbols when a menu first shows them. Previews of WebP and TIFF, and
-# the fonts of the screens: the program works without these.
+# The toolkit's SVG plugin, which draws the symbols. Previews of WebP and TIFF, and the fonts of the screens: the
+# program works without these.
 runtime_packages=(libqt6svg6 qt6-image-formats-plugins fonts-inter fonts-jetbrains-mono)
 # A private desktop: X server, bus, accessibility bus, window manager, panel, notification server, wallpaper;
 # the capture tool; and what drives it all: Python with GLib's bus, X events, window lists, pictures.
 desktop_packages=(
-    xvfb dbus-daemon at-spi2-core xfwm4 xfce4-panel xfconf dunst adwaita-icon-theme feh
+    xvfb dbus-daemon at-spi2-core xfwm4 xfce4-panel xfconf dunst adwaita-icon-theme librsvg2-common feh
     xfce4-screenshooter
     python3 python3-gi xdotool x11-utils x11-xserver-utils xclip imagemagick
 )

@@ -54,12 +54,10 @@ StatusItemImage statusItemImage()
 {
     StatusItemImage image;
     image.iconThemePath = iconThemePath();
-    if (image.iconThemePath.isEmpty()) {
-        // Some panels leave the place blank for a name that they don't find.
-        image.pixmaps = pixmaps();
-    } else {
-        image.iconName = iconName();
-    }
+    // Some panels leave the place blank for a name that they don't find; others can't read SVG and take the
+    // pixmaps.
+    image.iconName = image.iconThemePath.isEmpty() ? QString() : iconName();
+    image.pixmaps = pixmaps();
     image.icon = Symbols::icon(symbolName);
     image.accessibilityDescription = QStringLiteral("Deskbroom");
     return image;

@@ -58,8 +58,7 @@ private:
 QImage Symbols::image(const QString &name, qreal points, qreal devicePixelRatio, const QColor &tint)
 {
     initializeSymbols();
-    // The toolkit's icon engine for SVG is a plugin that is loaded with the first drawing: a program at rest
-    // has drawn none.
+    // By the toolkit's icon engine for SVG, a plugin that keeps no drawing longer than its picture.
     const QIcon drawing(QStringLiteral(":/symbols/%1.svg").arg(name));
     const int pixels = qRound(points * devicePixelRatio);
     QImage image = drawing.pixmap(QSize(pixels, pixels), 1).toImage();
