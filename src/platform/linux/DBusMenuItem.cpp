@@ -2,10 +2,12 @@
 
 #include <QAction>
 #include <QActionGroup>
-#include <QBuffer>
 #include <QGuiApplication>
 #include <QIcon>
+#include <QImage>
 #include <QPixmap>
+
+#include <png.h>
 
 #include <algorithm>
 #include <array>
@@ -67,10 +69,20 @@ QByteArray iconBytes(const QIcon &icon)
     // A size in logical pixels: the pixmap is as fine as the finest screen.
     const QPixmap pixmap =
         icon.pixmap(QSize(menuIconSide, menuIconSide), qGuiApp->devicePixelRatio(), QIcon::Normal);
-    QBuffer png;
-    png.open(QIODevice::WriteOnly);
-    pixmap.save(&png, "PNG");
-    return png.data();
+    // By libpng: the toolkit's writer loads the plugins of all image formats for good.
+    const QImage image = pixmap.toImage().convertToFormat(QImage::Format_RGBA8888);
+    png_image description{};
+    description.version = PNG_IMAGE_VERSION;
+    description.width = static_cast<png_uint_32>(image.width());
+    description.height = static_cast<png_uint_32>(image.height());
+    description.format = PNG_FORMAT_RGBA;
+    png_alloc_size_t size = PNG_IMAGE_PNG_SIZE_MAX(description);
+    QByteArray bytes(static_cast<qsizetype>(size), Qt::Uninitialized);
+    const int written = png_image_write_to_memory(
+        &description, bytes.data(), &size, 0, image.constBits(),
+        static_cast<png_int_32>(image.bytesPerLine()), nullptr);
+    bytes.truncate(written == 0 ? 0 : static_cast<qsizetype>(size));
+    return bytes;
 }
 
 bool isOneOfSeveral(const QAction &action)
@@ -149,9 +161,8 @@ QVariantMap dbusMenuProperties(const QAction &action)
         properties.insert(
             QStringLiteral("shortcut"), QVariant::fromValue(dbusMenuShortcut(action.shortcut())));
     }
-    if (!action.icon().name().isEmpty()) {
-        properties.insert(QStringLiteral("icon-name"), action.icon().name());
-    } else if (!action.icon().isNull() && action.isIconVisibleInMenu()) {
+    // Always the picture: the names of our drawings are in no icon theme.
+    if (!action.icon().isNull() && action.isIconVisibleInMenu()) {
         properties.insert(QStringLiteral("icon-data"), iconBytes(action.icon()));
     }
     if (action.menu<QObject *>() != nullptr) {
