@@ -1,10 +1,8 @@
 #include "UpdaterController.h"
 
 #include "print.h"
-#include "processEnvironment.h"
+#include "startDetached.h"
 
-#include <QDir>
-#include <QProcess>
 #include <QStandardPaths>
 
 #include <algorithm>
@@ -74,17 +72,5 @@ void UpdaterController::checkForUpdates()
         print(QStringLiteral("Failed to check for updates: no software centre is installed"));
         return;
     }
-    QProcess process;
-    process.setProgram(centre->program);
-    process.setArguments(centre->arguments);
-    process.setProcessEnvironment(processEnvironment::forChildren());
-    process.setWorkingDirectory(QDir::homePath());
-    // Standard output is for our own lines.
-    process.setStandardOutputFile(QProcess::nullDevice());
-    process.setStandardErrorFile(QProcess::nullDevice());
-    if (!process.startDetached()) {
-        print(
-            QStringLiteral("Failed to check for updates: ") + centre->program + QStringLiteral(": ") +
-            process.errorString());
-    }
+    startDetached(centre->program, centre->arguments, QStringLiteral("Failed to check for updates: "));
 }
