@@ -5,7 +5,7 @@
 #include <QByteArray>
 #include <QUrl>
 
-class SecurityScopedAccess;
+#include <optional>
 
 /// Bookmarks of folders: bytes to keep, with which a folder is found again after it was renamed, and told
 /// from another one that took its name.
@@ -38,10 +38,17 @@ struct ResolvedBookmark {
 /// Cocoa error 4 if there is no such folder.
 [[nodiscard]] Result<QByteArray> make(const QUrl &folder, Origin origin);
 
-/// Finds the folder: first at its path; then where `held`, an access that was started on it, says that it
-/// was moved; then under another name in the folder that it was in (among the first 10,000 entries). If it
-/// is nowhere, the folder that has its name now is taken. Cocoa error 4 if there is none.
-[[nodiscard]] Result<ResolvedBookmark>
-resolve(const QByteArray &bookmark, const SecurityScopedAccess *held = nullptr);
+/// Finds the folder: first at its path; then where the access that the program keeps says that it was moved;
+/// then under another name in the folder that it was in (among the first 10,000 entries). If it is nowhere,
+/// the folder that has its name now is taken. Cocoa error 4 if there is none.
+[[nodiscard]] Result<ResolvedBookmark> resolve(const QByteArray &bookmark);
+
+/// The folder if the user picked it: where `resolve` finds it, or where it was if it can't be found now (it
+/// may be on a drive that comes back). Empty for a folder that wasn't picked and for bytes that are no
+/// bookmark.
+[[nodiscard]] std::optional<QUrl> pickedFolder(const QByteArray &bookmark);
+
+/// How the folder became known; `Automatic` for bytes that are no bookmark.
+[[nodiscard]] Origin origin(const QByteArray &bookmark);
 
 } // namespace Bookmark

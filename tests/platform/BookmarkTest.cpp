@@ -53,20 +53,24 @@ class BookmarkTest final : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
+    void cleanup();
+
     void folderAtItsPathIsFresh_data();
     void folderAtItsPathIsFresh();
     void remembersWhoPickedTheFolder();
+    void aPickedFolderIsKnownWhereverItIs();
+    void onlyAPickedFolderIsAPickedOne();
     void staysFreshWhenContentsChange();
     void folderBehindASymbolicLinkKeepsTheLinksUrl();
     void renamedFolderIsStaleWithItsNewUrl();
-    void folderMovedElsewhereIsFoundByHeldAccess();
-    void folderMovedElsewhereIsNotFoundWithoutHeldAccess();
-    void heldAccessToAnotherFolderMisleadsNobody();
+    void folderMovedElsewhereIsFoundByKeptAccess();
+    void folderMovedElsewhereIsNotFoundWithoutKeptAccess();
+    void keptAccessToAnotherFolderMisleadsNobody();
     void replacedFolderIsStaleWithItsUrl();
     void replacedFolderIsStaleWithTheUrlOfTheOneThatMoved();
     void returnedFolderIsFreshAgain();
     void missingFolderIsNoSuchFile();
-    void removedFolderIsNotFoundByHeldAccess();
+    void removedFolderIsNotFoundByKeptAccess();
     void fileAtThePathIsNoFolder();
     void unreachableFolderIsNoPermission();
     void cannotBeMadeOfWhatIsNoFolder();
@@ -82,6 +86,11 @@ private Q_SLOTS:
     void identityWithoutBirthTimeAsksTheFileSystem();
     void identityAsksTheHandle();
 };
+
+void BookmarkTest::cleanup()
+{
+    SecurityScopedAccess::keep(std::nullopt);
+}
 
 void BookmarkTest::folderAtItsPathIsFresh_data()
 {
@@ -116,6 +125,29 @@ void BookmarkTest::remembersWhoPickedTheFolder()
     QVERIFY(Bookmark::resolve(picked)->pickedByUser);
     QVERIFY(QDir().rename(home.desktop(), home.path() + QStringLiteral("/Other")));
     QVERIFY(Bookmark::resolve(picked)->pickedByUser);
+}
+
+void BookmarkTest::aPickedFolderIsKnownWhereverItIs()
+{
+    const TemporaryHome home;
+    const QByteArray bookmark = makeBookmark(home.desktop(), Origin::PickedByUser);
+    QCOMPARE(Bookmark::pickedFolder(bookmark), fileUrl(home.desktop()));
+    const QString renamed = home.path() + QStringLiteral("/renamed");
+    QVERIFY(QDir().rename(home.desktop(), renamed));
+    QCOMPARE(Bookmark::pickedFolder(bookmark), fileUrl(renamed));
+    // As when its drive is unplugged: it is where it was, and can't be listed.
+    QVERIFY(QDir().rmdir(renamed));
+    QCOMPARE(Bookmark::pickedFolder(bookmark), fileUrl(home.desktop()));
+}
+
+void BookmarkTest::onlyAPickedFolderIsAPickedOne()
+{
+    const TemporaryHome home;
+    QVERIFY(!Bookmark::pickedFolder(makeBookmark(home.desktop(), Origin::Automatic)));
+    QVERIFY(!Bookmark::pickedFolder("no bookmark"));
+    QCOMPARE(Bookmark::origin(makeBookmark(home.desktop(), Origin::Automatic)), Origin::Automatic);
+    QCOMPARE(Bookmark::origin(makeBookmark(home.desktop(), Origin::PickedByUser)), Origin::PickedByUser);
+    QCOMPARE(Bookmark::origin("no bookmark"), Origin::Automatic);
 }
 
 void BookmarkTest::staysFreshWhenContentsChange()
@@ -153,19 +185,19 @@ void BookmarkTest::renamedFolderIsStaleWithItsNewUrl()
     QCOMPARE(resolved->url, fileUrl(renamed));
 }
 
-void BookmarkTest::folderMovedElsewhereIsFoundByHeldAccess()
+void BookmarkTest::folderMovedElsewhereIsFoundByKeptAccess()
 {
     const TemporaryHome home;
     const QByteArray bookmark = makeBookmark(home.desktop());
-    const auto access = SecurityScopedAccess::start(fileUrl(home.desktop()));
+    SecurityScopedAccess::keep(SecurityScopedAccess::start(fileUrl(home.desktop())));
     const QString moved = home.pictures() + QStringLiteral("/moved");
     QVERIFY(QDir().rename(home.desktop(), moved));
-    const auto resolved = Bookmark::resolve(bookmark, &*access);
+    const auto resolved = Bookmark::resolve(bookmark);
     QVERIFY(resolved && resolved->isStale);
     QCOMPARE(resolved->url, fileUrl(moved));
 }
 
-void BookmarkTest::folderMovedElsewhereIsNotFoundWithoutHeldAccess()
+void BookmarkTest::folderMovedElsewhereIsNotFoundWithoutKeptAccess()
 {
     const TemporaryHome home;
     const QByteArray bookmark = makeBookmark(home.desktop());
@@ -174,14 +206,14 @@ void BookmarkTest::folderMovedElsewhereIsNotFoundWithoutHeldAccess()
     QVERIFY(!resolved && resolved.error().isCocoa(Error::FileNoSuchFile));
 }
 
-void BookmarkTest::heldAccessToAnotherFolderMisleadsNobody()
+void BookmarkTest::keptAccessToAnotherFolderMisleadsNobody()
 {
     const TemporaryHome home;
     const QByteArray bookmark = makeBookmark(home.desktop());
-    const auto access = SecurityScopedAccess::start(fileUrl(home.pictures()));
-    QVERIFY(!Bookmark::resolve(bookmark, &*access)->isStale);
+    SecurityScopedAccess::keep(SecurityScopedAccess::start(fileUrl(home.pictures())));
+    QVERIFY(!Bookmark::resolve(bookmark)->isStale);
     QVERIFY(QDir().rmdir(home.desktop()));
-    QVERIFY(!Bookmark::resolve(bookmark, &*access));
+    QVERIFY(!Bookmark::resolve(bookmark));
 }
 
 void BookmarkTest::replacedFolderIsStaleWithItsUrl()
@@ -233,15 +265,15 @@ void BookmarkTest::missingFolderIsNoSuchFile()
     QVERIFY(!goneWithParent && goneWithParent.error().isCocoa(Error::FileNoSuchFile));
 }
 
-void BookmarkTest::removedFolderIsNotFoundByHeldAccess()
+void BookmarkTest::removedFolderIsNotFoundByKeptAccess()
 {
     const TemporaryHome home;
     const QByteArray bookmark = makeBookmark(home.desktop());
-    const auto access = SecurityScopedAccess::start(fileUrl(home.desktop()));
+    SecurityScopedAccess::keep(SecurityScopedAccess::start(fileUrl(home.desktop())));
     QVERIFY(QDir().rmdir(home.desktop()));
     // The system now names the held folder by its last path and " (deleted)".
     QVERIFY(QDir().mkdir(home.desktop() + QStringLiteral(" (deleted)")));
-    const auto resolved = Bookmark::resolve(bookmark, &*access);
+    const auto resolved = Bookmark::resolve(bookmark);
     QVERIFY(!resolved && resolved.error().isCocoa(Error::FileNoSuchFile));
 }
 

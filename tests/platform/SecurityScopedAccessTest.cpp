@@ -35,6 +35,8 @@ private Q_SLOTS:
     void notStartedWithoutPermission_data();
     void notStartedWithoutPermission();
     void knowsWhereTheFolderWent();
+    void theKeptAccessLastsUntilAnotherTakesItsPlace();
+    void theKeptAccessMayBeReadWhileItChanges();
 };
 
 void SecurityScopedAccessTest::cleanup()
@@ -137,6 +139,42 @@ void SecurityScopedAccessTest::knowsWhereTheFolderWent()
     const QString elsewhere = home.pictures() + QStringLiteral("/two\nlines %41");
     QVERIFY(QDir().rename(home.desktop(), elsewhere));
     QCOMPARE(access->currentUrl(), QUrl::fromLocalFile(elsewhere));
+}
+
+void SecurityScopedAccessTest::theKeptAccessLastsUntilAnotherTakesItsPlace()
+{
+    const TemporaryHome home;
+    QVERIFY(SecurityScopedAccess::keptUrl().isEmpty());
+    SecurityScopedAccess::keep(SecurityScopedAccess::start(desktopUrl(home)));
+    QCOMPARE(SecurityScopedAccess::keptUrl(), desktopUrl(home));
+    const QUrl pictures = QUrl::fromLocalFile(home.pictures());
+    SecurityScopedAccess::keep(SecurityScopedAccess::start(pictures));
+    QCOMPARE(SecurityScopedAccess::keptUrl(), pictures);
+    QCOMPARE(SecurityScopedAccess::activeCount(), 1);
+    SecurityScopedAccess::keep(std::nullopt);
+    QVERIFY(SecurityScopedAccess::keptUrl().isEmpty());
+}
+
+void SecurityScopedAccessTest::theKeptAccessMayBeReadWhileItChanges()
+{
+    const TemporaryHome home;
+    const QUrl desktop = desktopUrl(home);
+    const QUrl pictures = QUrl::fromLocalFile(home.pictures());
+    SecurityScopedAccess::keep(SecurityScopedAccess::start(desktop));
+    bool isAlwaysOneOfBoth = true;
+    std::jthread reader([&isAlwaysOneOfBoth, desktop, pictures](const std::stop_token &stop) {
+        while (!stop.stop_requested()) {
+            const QUrl url = SecurityScopedAccess::keptUrl();
+            isAlwaysOneOfBoth = isAlwaysOneOfBoth && (url == desktop || url == pictures);
+        }
+    });
+    for (int round = 0; round < 500; ++round) {
+        SecurityScopedAccess::keep(SecurityScopedAccess::start(round % 2 == 0 ? pictures : desktop));
+    }
+    reader.request_stop();
+    reader.join();
+    SecurityScopedAccess::keep(std::nullopt);
+    QVERIFY(isAlwaysOneOfBoth);
 }
 
 QTEST_GUILESS_MAIN(SecurityScopedAccessTest)

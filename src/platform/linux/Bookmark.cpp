@@ -62,16 +62,38 @@ QByteArray pathAmongSiblings(const BookmarkData &data)
 }
 
 /// Where the folder is now that it isn't at its path; empty if it can't be found.
-QByteArray pathAfterMove(const BookmarkData &data, const SecurityScopedAccess *held)
+QByteArray pathAfterMove(const BookmarkData &data)
 {
-    if (held != nullptr) {
-        const QByteArray path = nativePath(held->currentUrl().toLocalFile());
-        const auto folder = folderAt(path);
-        if (folder && folder->isSameFolder(data.identity)) {
-            return path;
-        }
+    const QByteArray kept = nativePath(SecurityScopedAccess::keptUrl().toLocalFile());
+    const auto folder = folderAt(kept);
+    return folder && folder->isSameFolder(data.identity) ? kept : pathAmongSiblings(data);
+}
+
+QUrl urlOf(const QByteArray &path)
+{
+    return QUrl::fromLocalFile(QFile::decodeName(path));
+}
+
+Result<Bookmark::ResolvedBookmark> locate(const BookmarkData &data)
+{
+    Bookmark::ResolvedBookmark located{
+        .url = urlOf(data.path),
+        .isStale = false,
+        .pickedByUser = data.origin == Bookmark::Origin::PickedByUser,
+    };
+    const auto present = folderAt(data.path);
+    if (present && present->isSameFolder(data.identity)) {
+        return located;
     }
-    return pathAmongSiblings(data);
+    located.isStale = true;
+    if (const QByteArray moved = pathAfterMove(data); !moved.isEmpty()) {
+        located.url = urlOf(moved);
+        return located;
+    }
+    if (!present) {
+        return std::unexpected(present.error());
+    }
+    return located;
 }
 
 } // namespace
@@ -87,29 +109,27 @@ Result<QByteArray> Bookmark::make(const QUrl &folder, Origin origin)
     return BookmarkData{.path = path, .origin = origin, .identity = std::move(*identity)}.encoded();
 }
 
-Result<Bookmark::ResolvedBookmark>
-Bookmark::resolve(const QByteArray &bookmark, const SecurityScopedAccess *held)
+Result<Bookmark::ResolvedBookmark> Bookmark::resolve(const QByteArray &bookmark)
 {
     const auto data = BookmarkData::decode(bookmark);
     if (!data) {
         return std::unexpected(data.error());
     }
-    ResolvedBookmark resolved{
-        .url = QUrl::fromLocalFile(QFile::decodeName(data->path)),
-        .isStale = false,
-        .pickedByUser = data->origin == Origin::PickedByUser,
-    };
-    const auto present = folderAt(data->path);
-    if (present && present->isSameFolder(data->identity)) {
-        return resolved;
+    return locate(*data);
+}
+
+std::optional<QUrl> Bookmark::pickedFolder(const QByteArray &bookmark)
+{
+    const auto data = BookmarkData::decode(bookmark);
+    if (!data || data->origin != Origin::PickedByUser) {
+        return std::nullopt;
     }
-    resolved.isStale = true;
-    if (const QByteArray moved = pathAfterMove(*data, held); !moved.isEmpty()) {
-        resolved.url = QUrl::fromLocalFile(QFile::decodeName(moved));
-        return resolved;
-    }
-    if (!present) {
-        return std::unexpected(present.error());
-    }
-    return resolved;
+    const auto located = locate(*data);
+    return located ? located->url : urlOf(data->path);
+}
+
+Bookmark::Origin Bookmark::origin(const QByteArray &bookmark)
+{
+    const auto data = BookmarkData::decode(bookmark);
+    return data ? data->origin : Origin::Automatic;
 }

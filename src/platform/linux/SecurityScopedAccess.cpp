@@ -7,12 +7,20 @@
 
 #include <atomic>
 #include <climits>
+#include <memory>
 #include <utility>
 
 namespace {
 
-// The only state that accesses share; nothing waits for it.
+// What accesses share; nothing waits for it.
 std::atomic<int> accessCount = 0; // NOLINT(cppcoreguidelines-avoid-non-const-global-variables)
+
+/// Whoever reads it while another access takes its place still has a whole one.
+std::atomic<std::shared_ptr<const SecurityScopedAccess>> &keptAccess()
+{
+    static std::atomic<std::shared_ptr<const SecurityScopedAccess>> access;
+    return access;
+}
 
 } // namespace
 
@@ -63,6 +71,17 @@ QUrl SecurityScopedAccess::currentUrl() const
     }
     target.truncate(length);
     return QUrl::fromLocalFile(QFile::decodeName(target));
+}
+
+void SecurityScopedAccess::keep(std::optional<SecurityScopedAccess> access)
+{
+    keptAccess().store(access ? std::make_shared<const SecurityScopedAccess>(std::move(*access)) : nullptr);
+}
+
+QUrl SecurityScopedAccess::keptUrl()
+{
+    const auto access = keptAccess().load();
+    return access ? access->currentUrl() : QUrl();
 }
 
 int SecurityScopedAccess::activeCount()
