@@ -1,5 +1,7 @@
 #pragma once
 
+#include "FileManager.h"
+
 #include <QString>
 
 #include <array>
@@ -15,7 +17,7 @@ inline const QString autoCopyToClipboard = QStringLiteral("autoCopyToClipboard")
 /// Boolean; absent: false.
 inline const QString hasCompletedOnboarding = QStringLiteral("hasCompletedOnboarding");
 /// Data: the bookmark of the folder to watch; absent: no folder granted.
-inline const QString desktopFolderBookmark = QStringLiteral("DesktopFolderBookmark");
+inline const QString desktopFolderBookmark = FileManager::folderBookmarkPreference;
 
 inline constexpr int defaultTimeframeInMinutes = 5;
 

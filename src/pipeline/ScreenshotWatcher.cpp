@@ -5,9 +5,9 @@
 #include "Preferences.h"
 #include "SecurityScopedAccess.h"
 #include "UserDefaults.h"
-#include "isScreenshot.h"
 #include "print.h"
 #include "runInBackground.h"
+#include "screenshotPath.h"
 
 #include <QDateTime>
 
@@ -40,41 +40,14 @@ QList<QUrl> watchedFolders(const FileManager &fileManager)
     }
     QList<QUrl> folders;
     for (const SearchPathDirectory directory : standardFolders) {
+        // Two of them may be one folder, whose screenshots are reported once.
         const QList<QUrl> urls = fileManager.urls(directory);
-        if (!urls.isEmpty()) {
+        if (!urls.isEmpty() && !folders.contains(urls.constFirst())) {
             folders.append(urls.constFirst());
         }
     }
     return folders;
 }
-
-/// Takes the entries of a folder one by one and keeps the paths of the screenshots.
-class ScreenshotCollector final {
-public:
-    ScreenshotCollector(const QString &folder, QStringList &paths)
-        : m_prefix(folder.endsWith(u'/') ? folder : QString(folder + u'/')),
-          m_paths(paths)
-    {
-    }
-
-    void operator()(QByteArrayView name) const
-    {
-        // A name that isn't valid UTF-8 is no screenshot's name: it couldn't be shown or found again.
-        if (!hasScreenshotExtension(name) || !QUtf8StringView(name).isValidUtf8()) {
-            return;
-        }
-        const bool isAscii = std::ranges::all_of(name, [](char byte) { return byte >= 0; });
-        QString path =
-            isAscii ? QString(m_prefix + QLatin1String(name)) : QString(m_prefix + QString::fromUtf8(name));
-        if (isScreenshot(QStringView(path).sliced(m_prefix.size()))) {
-            m_paths.append(std::move(path));
-        }
-    }
-
-private:
-    QString m_prefix;
-    QStringList &m_paths;
-};
 
 /// Whether the file is younger than `milliseconds`; not known counts as yes.
 bool isYoungerThan(const std::optional<QDateTime> &creationDate, qint64 milliseconds)
@@ -131,9 +104,13 @@ ScreenshotWatcher::scanDirectory(const FileManager &fileManager, const QUrl &url
             return *previous;
         }
     }
-    const ScreenshotCollector collector(scan.folder, scan.paths);
-    const auto state =
-        fileManager.contentsOfDirectory(scan.folder, FileManager::ListingOption::SkipsHiddenFiles, collector);
+    const QString prefix = scan.folder.endsWith(u'/') ? scan.folder : QString(scan.folder + u'/');
+    const auto state = fileManager.contentsOfDirectory(
+        scan.folder, FileManager::ListingOption::SkipsHiddenFiles, [&](QByteArrayView name) {
+            if (auto path = screenshotPath(prefix, name)) {
+                scan.paths.append(std::move(*path));
+            }
+        });
     if (!state) {
         if (!state.error().isCocoa(Error::FileNoPermission) &&
             !state.error().isCocoa(Error::FileNoSuchFile)) {

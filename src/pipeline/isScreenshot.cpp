@@ -158,6 +158,15 @@ bool matchesAny(const std::vector<CompiledPattern> &patterns, QStringView name, 
     });
 }
 
+/// `name` isn't empty. Most prefixes are told apart by their first character, without a call.
+bool startsWithAny(QStringView name, QStringView Prefix::*prefix)
+{
+    return std::ranges::any_of(prefixes, [name, prefix](const Prefix &candidate) {
+        const QStringView beginning = candidate.*prefix;
+        return name.front() == beginning.front() && name.startsWith(beginning);
+    });
+}
+
 template <size_t count> bool containsAny(QStringView lowerCased, const std::array<QStringView, count> &words)
 {
     return std::ranges::any_of(words, [lowerCased](QStringView word) { return lowerCased.contains(word); });
@@ -200,14 +209,11 @@ bool isScreenshot(QStringView fileName)
     if (!endsWithExtension(fileName)) {
         return false;
     }
-    if (std::ranges::any_of(
-            prefixes, [fileName](const Prefix &prefix) { return fileName.startsWith(prefix.exact); })) {
+    if (startsWithAny(fileName, &Prefix::exact)) {
         return true;
     }
     const QString lowerCased = fileName.toString().toLower();
-    if (std::ranges::any_of(prefixes, [&lowerCased](const Prefix &prefix) {
-            return lowerCased.startsWith(prefix.lowerCased);
-        })) {
+    if (startsWithAny(lowerCased, &Prefix::lowerCased)) {
         return true;
     }
     const Counts counts = counted(fileName);

@@ -2,6 +2,7 @@
 
 #include "DirectoryState.h"
 #include "Error.h"
+#include "FileAttributes.h"
 #include "FunctionRef.h"
 
 #include <QByteArrayView>
@@ -12,17 +13,6 @@
 #include <optional>
 
 enum class SearchPathDirectory { Desktop, Pictures, Downloads };
-
-/// What is known of one entry of a folder. A symbolic link is told of as itself, not as what it leads to.
-struct FileAttributes {
-    /// The earlier of birth time and modification time, or the modification time alone where the file
-    /// system keeps no birth time: a file that was copied or restored keeps its old modification time, and
-    /// so doesn't look new.
-    std::optional<QDateTime> creationDate;
-    /// In bytes.
-    qint64 size = 0;
-    bool isRegularFile = false;
-};
 
 /// The file system as this program needs it: standard folders, listings, attributes, the Trash.
 ///
@@ -42,10 +32,16 @@ public:
 
     [[nodiscard]] static const FileManager &defaultManager();
 
+    /// The preference that holds the bookmark of the folder that the program works with; if the user picked
+    /// that folder, it has the role of the Desktop.
+    static inline const QString folderBookmarkPreference = QStringLiteral("DesktopFolderBookmark");
+
     /// The user's own folder of that kind, as the XDG user directories name it at this moment, whether it
     /// exists or not. Empty if it can't be located: the user switched it off by setting it to the home
     /// folder itself.
     [[nodiscard]] QList<QUrl> urls(SearchPathDirectory directory) const;
+
+    [[nodiscard]] bool isDesktopElsewhere() const;
 
     /// Hands the folder's entries to `visitor` in the order in which the file system lists them; `.` and
     /// `..` are never among them. Returns the folder's state as it was just before the listing. When it

@@ -1,10 +1,12 @@
 #include "FileManager.h"
 
+#include "Bookmark.h"
 #include "DirectoryEntries.h"
 #include "FileDescriptor.h"
 #include "FileStatus.h"
 #include "GioLibrary.h"
 #include "HomeTrash.h"
+#include "UserDefaults.h"
 #include "UserDirectories.h"
 
 #include <QDir>
@@ -59,11 +61,11 @@ DirectoryState directoryState(const FileStatus &status)
     };
 }
 
-QDateTime creationDateOf(const FileStatus &status)
+/// The folder that the user picked for the Desktop's role, if he did.
+std::optional<QUrl> pickedFolder()
 {
-    const qint64 createdNs = std::min(status.modifiedNs, status.birthNs.value_or(status.modifiedNs));
-    using namespace std::chrono;
-    return QDateTime::fromMSecsSinceEpoch(floor<milliseconds>(nanoseconds(createdNs)).count());
+    const auto bookmark = UserDefaults::standard().data(FileManager::folderBookmarkPreference);
+    return bookmark ? Bookmark::pickedFolder(*bookmark) : std::nullopt;
 }
 
 std::unexpected<Error> readingError()
@@ -84,6 +86,8 @@ Error clarified(const Error &error, const QString &path)
 
 } // namespace
 
+bool FileManager::isDesktopElsewhere() const { return pickedFolder().has_value(); }
+
 const FileManager &FileManager::defaultManager()
 {
     static const FileManager manager;
@@ -92,6 +96,9 @@ const FileManager &FileManager::defaultManager()
 
 QList<QUrl> FileManager::urls(SearchPathDirectory directory) const
 {
+    if (const auto picked = directory == SearchPathDirectory::Desktop ? pickedFolder() : std::nullopt) {
+        return {*picked};
+    }
     const QString path = [directory] {
         switch (directory) {
         case SearchPathDirectory::Desktop:
@@ -151,11 +158,7 @@ Result<FileAttributes> FileManager::attributesOfItem(const QString &path) const
     if (!status) {
         return std::unexpected(status.error());
     }
-    return FileAttributes{
-        .creationDate = creationDateOf(*status),
-        .size = status->size,
-        .isRegularFile = status->isRegularFile(),
-    };
+    return status->attributes();
 }
 
 Result<std::optional<QDateTime>> FileManager::creationDate(const QUrl &url) const
@@ -164,7 +167,7 @@ Result<std::optional<QDateTime>> FileManager::creationDate(const QUrl &url) cons
     if (!status) {
         return std::unexpected(status.error());
     }
-    return creationDateOf(*status);
+    return status->attributes().creationDate;
 }
 
 bool FileManager::isOpenForWriting(const QString &path) const

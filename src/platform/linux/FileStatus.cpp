@@ -4,6 +4,7 @@
 
 #include <fcntl.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <chrono>
 
@@ -52,4 +53,21 @@ Result<FileStatus> FileStatus::ofFolder(const QString &path)
 Result<FileStatus> FileStatus::ofDescriptor(int descriptor)
 {
     return status(descriptor, "", AT_EMPTY_PATH);
+}
+
+Result<FileStatus> FileStatus::ofEntry(int folder, const char *name)
+{
+    return status(folder, name, AT_SYMLINK_NOFOLLOW);
+}
+
+FileAttributes FileStatus::attributes() const
+{
+    const qint64 createdNs = std::min(modifiedNs, birthNs.value_or(modifiedNs));
+    const auto created = std::chrono::floor<std::chrono::milliseconds>(std::chrono::nanoseconds(createdNs));
+    return {
+        // In UTC: local time would be looked up in the time zone's rules for each file.
+        .creationDate = QDateTime::fromMSecsSinceEpoch(created.count(), Qt::UTC),
+        .size = size,
+        .isRegularFile = isRegularFile(),
+    };
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Error.h"
+#include "FileAttributes.h"
 
 #include <QByteArray>
 
@@ -29,6 +30,10 @@ struct FileStatus {
     /// Of the folder at the path or behind a symbolic link there.
     [[nodiscard]] static Result<FileStatus> ofFolder(const QString &path);
     [[nodiscard]] static Result<FileStatus> ofDescriptor(int descriptor);
+    /// Of the item itself, by its name in an open folder.
+    [[nodiscard]] static Result<FileStatus> ofEntry(int folder, const char *name);
+
+    [[nodiscard]] FileAttributes attributes() const;
 
     [[nodiscard]] bool isRegularFile() const { return S_ISREG(mode); }
 
