@@ -90,6 +90,15 @@ private:
         return panel;
     }
 
+    /// The bus keeps the order: once a further question has arrived, so has everything before it, both ways.
+    static void settle(const RecordingFileChooser &portal)
+    {
+        const qsizetype before = portal.questions().size();
+        OpenPanel panel;
+        panel.begin(Answers().take());
+        QTRY_COMPARE(portal.questions().size(), before + 1);
+    }
+
     std::unique_ptr<TemporaryHome> m_home;
 
 private Q_SLOTS:
@@ -512,13 +521,14 @@ private Q_SLOTS:
         Answers answers;
         panel->begin(answers.take());
         QTRY_COMPARE(portal.questions().size(), 1);
+        const QString first = portal.request();
         portal.respond(Response::Cancelled);
         QTRY_COMPARE(answers.responses, QList{ModalResponse::Cancel});
         QVERIFY(panel->url().isEmpty());
         QVERIFY(shownDialog() == nullptr);
-        // Nothing is left to close, and a second answer to nothing is nobody's.
         portal.respond(Response::Success, {QStringLiteral("file:///tmp")});
-        QTRY_VERIFY(portal.closedRequests().isEmpty());
+        settle(portal);
+        QVERIFY2(!portal.closedRequests().contains(first), "nothing is left to close");
         QCOMPARE(answers.responses.size(), 1);
     }
 
@@ -603,7 +613,8 @@ private Q_SLOTS:
         panel.reset();
         QTRY_COMPARE(portal.closedRequests(), QStringList{portal.request()});
         portal.respond(Response::Success, {QStringLiteral("file:///tmp")});
-        QTRY_VERIFY(answers.responses.isEmpty());
+        settle(portal);
+        QVERIFY(answers.responses.isEmpty());
         QVERIFY(shownDialog() == nullptr);
     }
 
@@ -612,8 +623,8 @@ private Q_SLOTS:
         const RecordingFileChooser portal;
         makePanel()->begin(Answers().take());
         QTRY_COMPARE(portal.versionReads(), 1);
-        QVERIFY(portal.questions().isEmpty());
-        QVERIFY(portal.closedRequests().isEmpty());
+        settle(portal);
+        QCOMPARE(portal.questions().size(), 1);
     }
 };
 

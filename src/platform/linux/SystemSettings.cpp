@@ -9,8 +9,6 @@
 #include <QTimer>
 
 #include <algorithm>
-#include <array>
-#include <memory>
 #include <vector>
 
 namespace {
@@ -32,70 +30,88 @@ struct Desktop {
     Command notifications;
 };
 
-/// This program's page has the switch itself, but is only there if the desktop entry is.
-Command gnomeNotifications()
+Command run(const QString &program, const QStringList &arguments = {})
+{
+    return {.program = program, .arguments = arguments, .pages = {}};
+}
+
+Command runOnFirstOf(const QString &program, const QStringList &pages)
+{
+    return {.program = program, .arguments = {}, .pages = pages};
+}
+
+Desktop gnome()
 {
     const QString program = QStringLiteral("gnome-control-center");
     const QString entry = QStandardPaths::locate(
         QStandardPaths::ApplicationsLocation, applicationIdentifier + QStringLiteral(".desktop"));
-    if (entry.isEmpty()) {
-        return {.program = program, .arguments = {QStringLiteral("notifications")}};
-    }
-    return {.program = program, .arguments = {QStringLiteral("applications"), applicationIdentifier}};
+    return {
+        .names = {QStringLiteral("GNOME")},
+        .overview = run(program),
+        // All of it on one page from GNOME 45 on; before that, the page on file history and Trash.
+        .privacy = runOnFirstOf(program, {QStringLiteral("privacy"), QStringLiteral("usage")}),
+        // This program's page has the switch itself, but is only there if the desktop entry is.
+        .notifications = entry.isEmpty()
+                             ? run(program, {QStringLiteral("notifications")})
+                             : run(program, {QStringLiteral("applications"), applicationIdentifier}),
+    };
 }
 
-/// In a Flatpak, what a program may touch is set on a page of its own.
-Command plasmaPrivacy()
+Desktop plasma()
 {
     const QString program = QStringLiteral("systemsettings");
-    if (qEnvironmentVariableIsEmpty("FLATPAK_ID")) {
-        return {.program = program, .arguments = {QStringLiteral("kcm_recentFiles")}};
-    }
-    // The names up to and after Plasma 6.
+    // In a Flatpak, what a program may touch has a page of its own, named anew in the course of Plasma 6.
+    const bool isSandboxed = !qEnvironmentVariableIsEmpty("FLATPAK_ID");
     return {
-        .program = program,
-        .arguments = {},
-        .pages = {QStringLiteral("kcm_app-permissions"), QStringLiteral("kcm_flatpak")}};
+        .names = {QStringLiteral("KDE")},
+        .overview = run(program),
+        .privacy = isSandboxed
+                       ? runOnFirstOf(
+                             program, {QStringLiteral("kcm_app-permissions"), QStringLiteral("kcm_flatpak")})
+                       : run(program, {QStringLiteral("kcm_recentFiles")}),
+        .notifications =
+            run(program, {QStringLiteral("kcm_notifications"), QStringLiteral("--args"),
+                          QStringLiteral("--desktop-entry ") + applicationIdentifier}),
+    };
+}
+
+Desktop cinnamon()
+{
+    const QString program = QStringLiteral("cinnamon-settings");
+    return {
+        .names = {QStringLiteral("X-Cinnamon"), QStringLiteral("Cinnamon")},
+        .overview = run(program),
+        .privacy = run(program, {QStringLiteral("privacy")}),
+        .notifications = run(program, {QStringLiteral("notifications")}),
+    };
+}
+
+/// A desktop that has a program for each kind of settings, and none about privacy.
+Desktop ofPrograms(const QString &name, const QString &overview, const QString &notifications)
+{
+    return {
+        .names = {name},
+        .overview = run(overview),
+        .privacy = run(overview),
+        .notifications = run(notifications),
+    };
 }
 
 std::vector<Desktop> knownDesktops()
 {
     return {
-        {.names = {QStringLiteral("GNOME")},
-         .overview = {.program = QStringLiteral("gnome-control-center"), .arguments = {}},
-         // All of it on one page from GNOME 45 on; before that, the page on file history and Trash.
-         .privacy =
-             {.program = QStringLiteral("gnome-control-center"),
-              .arguments = {},
-              .pages = {QStringLiteral("privacy"), QStringLiteral("usage")}},
-         .notifications = gnomeNotifications()},
-        {.names = {QStringLiteral("KDE")},
-         .overview = {.program = QStringLiteral("systemsettings"), .arguments = {}},
-         .privacy = plasmaPrivacy(),
-         .notifications =
-             {.program = QStringLiteral("systemsettings"),
-              .arguments =
-                  {QStringLiteral("kcm_notifications"), QStringLiteral("--args"),
-                   QStringLiteral("--desktop-entry ") + applicationIdentifier}}},
-        {.names = {QStringLiteral("XFCE")},
-         .overview = {.program = QStringLiteral("xfce4-settings-manager"), .arguments = {}},
-         .privacy = {.program = QStringLiteral("xfce4-settings-manager"), .arguments = {}},
-         .notifications = {.program = QStringLiteral("xfce4-notifyd-config"), .arguments = {}}},
-        {.names = {QStringLiteral("X-Cinnamon"), QStringLiteral("Cinnamon")},
-         .overview = {.program = QStringLiteral("cinnamon-settings"), .arguments = {}},
-         .privacy =
-             {.program = QStringLiteral("cinnamon-settings"), .arguments = {QStringLiteral("privacy")}},
-         .notifications =
-             {.program = QStringLiteral("cinnamon-settings"),
-              .arguments = {QStringLiteral("notifications")}}},
-        {.names = {QStringLiteral("MATE")},
-         .overview = {.program = QStringLiteral("mate-control-center"), .arguments = {}},
-         .privacy = {.program = QStringLiteral("mate-control-center"), .arguments = {}},
-         .notifications = {.program = QStringLiteral("mate-notification-properties"), .arguments = {}}},
-        {.names = {QStringLiteral("LXQt")},
-         .overview = {.program = QStringLiteral("lxqt-config"), .arguments = {}},
-         .privacy = {.program = QStringLiteral("lxqt-config"), .arguments = {}},
-         .notifications = {.program = QStringLiteral("lxqt-config-notificationd"), .arguments = {}}},
+        gnome(),
+        plasma(),
+        cinnamon(),
+        ofPrograms(
+            QStringLiteral("XFCE"), QStringLiteral("xfce4-settings-manager"),
+            QStringLiteral("xfce4-notifyd-config")),
+        ofPrograms(
+            QStringLiteral("MATE"), QStringLiteral("mate-control-center"),
+            QStringLiteral("mate-notification-properties")),
+        ofPrograms(
+            QStringLiteral("LXQt"), QStringLiteral("lxqt-config"),
+            QStringLiteral("lxqt-config-notificationd")),
     };
 }
 

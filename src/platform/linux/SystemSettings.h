@@ -17,7 +17,7 @@ struct Command {
     QStringList arguments;
     /// The page has another name from release to release: the first of these that `program --list` prints is
     /// appended to the arguments; none if it prints none of them.
-    QStringList pages = {};
+    QStringList pages;
 };
 
 [[nodiscard]] bool isLink(const QUrl &url);
