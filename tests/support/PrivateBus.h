@@ -2,13 +2,16 @@
 
 #include <QProcess>
 #include <QString>
+#include <QStringList>
 #include <QTemporaryDir>
 
 /// A message bus of a test's own on which nothing is started by being called: whatever is installed on the
 /// machine stays out. Lives as long as the object.
+///
+/// `brokenServices` are names that it would start somebody for, if the start didn't fail each time.
 class PrivateBus final {
 public:
-    PrivateBus();
+    explicit PrivateBus(const QStringList &brokenServices = {});
     ~PrivateBus();
     Q_DISABLE_COPY_MOVE(PrivateBus)
 
