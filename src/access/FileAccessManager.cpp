@@ -1,0 +1,260 @@
+#include "FileAccessManager.h"
+
+#include "NotificationCenter.h"
+#include "NotificationManager.h"
+#include "OpenPanel.h"
+#include "Preferences.h"
+#include "SecurityScopedAccess.h"
+#include "print.h"
+#include "runInBackground.h"
+#include "screenshotListing.h"
+#include "storedBookmark.h"
+
+#include <tuple>
+#include <utility>
+
+namespace {
+
+/// How many entries the folder has, hidden ones too.
+Result<qsizetype> entryCount(const FileManager &fileManager, const QString &path)
+{
+    qsizetype count = 0;
+    const auto state = fileManager.contentsOfDirectory(
+        path, FileManager::ListingOption::None, [&count](QByteArrayView /*name*/) { ++count; });
+    if (!state) {
+        return std::unexpected(state.error());
+    }
+    return count;
+}
+
+QString accessFailure(const Error &error)
+{
+    if (error.domain != Error::cocoaDomain) {
+        return QStringLiteral("Unexpected error: ") + error.localizedDescription;
+    }
+    switch (error.code) {
+    case Error::FileNoSuchFile:
+        return QStringLiteral("Desktop folder not found");
+    case Error::FileNoPermission:
+        return QStringLiteral("Permission denied - please grant folder access in System Settings");
+    default:
+        return QStringLiteral("File system error: ") + error.localizedDescription;
+    }
+}
+
+/// As a person calls the folder; a slash for the topmost one.
+QString folderName(const QUrl &url)
+{
+    const QString name = url.adjusted(QUrl::StripTrailingSlash).fileName();
+    return name.isEmpty() ? QStringLiteral("/") : name;
+}
+
+/// Whether the bookmark leads to a folder that can be listed. Any thread; takes and gives back an access of
+/// its own.
+bool verifyAccess(const FileManager &fileManager, const QString &bookmarkKey, const QByteArray &bookmark)
+{
+    const QString failure = QStringLiteral("Error verifying access: ");
+    const auto url = storedBookmark::resolve(bookmarkKey, bookmark);
+    if (!url) {
+        print(failure + url.error().description());
+        return false;
+    }
+    const auto access = SecurityScopedAccess::start(*url);
+    if (!access) {
+        print(QStringLiteral("Could not start accessing security-scoped resource"));
+        return false;
+    }
+    const auto count = entryCount(fileManager, url->path());
+    if (!count) {
+        print(failure + count.error().description());
+        return false;
+    }
+    print(QStringLiteral("Successfully accessed %1 files in ").arg(*count) + url->path());
+    return true;
+}
+
+/// Makes and stores the bookmark of a folder that the user picked. Any thread.
+std::optional<QByteArray> storePickedFolder(const QString &bookmarkKey, const QUrl &url)
+{
+    const auto bookmark = Bookmark::make(url, Bookmark::Origin::PickedByUser);
+    if (!bookmark) {
+        print(QStringLiteral("Error creating bookmark: ") + bookmark.error().description());
+        NotificationManager::shared().showAccessFailed(bookmark.error().localizedDescription);
+        return std::nullopt;
+    }
+    storedBookmark::store(bookmarkKey, *bookmark);
+    print(QStringLiteral("Successfully created bookmark for: ") + url.path());
+    return *bookmark;
+}
+
+/// As `verifyAccess`, and tells the user when it fails.
+bool verifyPickedFolder(
+    const FileManager &fileManager, const QString &bookmarkKey, const QByteArray &bookmark)
+{
+    const bool isVerified = verifyAccess(fileManager, bookmarkKey, bookmark);
+    if (!isVerified) {
+        NotificationManager::shared().showAccessFailed(
+            FileAccessManager::tr("Could not verify folder access"));
+    }
+    return isVerified;
+}
+
+} // namespace
+
+FileAccessManager &FileAccessManager::shared()
+{
+    // Never destroyed: it may be called to the end from whatever runs in the background.
+    static auto *const manager = new FileAccessManager;
+    return *manager;
+}
+
+FileAccessManager::FileAccessManager()
+    : m_fileManager(&FileManager::defaultManager()),
+      m_bookmarkKey(preferences::desktopFolderBookmark)
+{
+    checkInitialAccess();
+    startPersistentAccess();
+}
+
+void FileAccessManager::checkInitialAccess()
+{
+    const QList<QUrl> urls = m_fileManager->urls(SearchPathDirectory::Desktop);
+    if (urls.isEmpty()) {
+        print(QStringLiteral("Error: Could not locate Desktop directory"));
+        NotificationManager::shared().showAccessFailed(tr("Could not locate Desktop directory"));
+        return;
+    }
+    const QUrl &desktop = urls.constFirst();
+    print(QStringLiteral("Requesting access to Desktop folder at: ") + desktop.path());
+    const auto count = entryCount(*m_fileManager, desktop.path());
+    if (!count) {
+        print(QStringLiteral("Error accessing Desktop folder: ") + accessFailure(count.error()));
+        NotificationManager::shared().showDesktopAccessRequired();
+        return;
+    }
+    print(QStringLiteral("Desktop folder access granted"));
+    createBookmark(desktop);
+    touchOtherFolders();
+}
+
+/// Has the system ask for the other folders, or record that they are used, where it does such a thing: in
+/// the background, because nothing depends on it.
+void FileAccessManager::touchOtherFolders() const
+{
+    background::pool(BackgroundQueue::Scan).start([fileManager = m_fileManager] {
+        for (const SearchPathDirectory directory :
+             {SearchPathDirectory::Pictures, SearchPathDirectory::Downloads}) {
+            for (const QUrl &url : fileManager->urls(directory)) {
+                std::ignore = entryCount(*fileManager, url.path());
+            }
+        }
+    });
+}
+
+void FileAccessManager::createBookmark(const QUrl &url)
+{
+    const auto bookmark = Bookmark::make(url, storedBookmark::origin(m_bookmarkKey));
+    if (!bookmark) {
+        print(QStringLiteral("Failed to create bookmark: ") + bookmark.error().description());
+        return;
+    }
+    storedBookmark::store(m_bookmarkKey, *bookmark);
+    print(QStringLiteral("Successfully created bookmark for: ") + url.path());
+    stopPersistentAccess();
+    startPersistentAccess();
+}
+
+void FileAccessManager::startPersistentAccess()
+{
+    if (m_persistentAccessUrl) {
+        return;
+    }
+    const auto bookmark = storedBookmark::data(m_bookmarkKey);
+    if (!bookmark) {
+        return;
+    }
+    const auto url = storedBookmark::resolve(m_bookmarkKey, *bookmark);
+    if (!url) {
+        print(QStringLiteral("Failed to start persistent Desktop access: ") + url.error().description());
+        return;
+    }
+    auto access = SecurityScopedAccess::start(*url);
+    if (!access) {
+        print(QStringLiteral("startAccessingSecurityScopedResource returned false for Desktop bookmark"));
+        return;
+    }
+    SecurityScopedAccess::keep(std::move(access));
+    m_persistentAccessUrl = *url;
+    print(QStringLiteral("Persistent Desktop access started: ") + url->path());
+}
+
+void FileAccessManager::stopPersistentAccess()
+{
+    SecurityScopedAccess::keep(std::nullopt);
+    m_persistentAccessUrl.reset();
+    print(QStringLiteral("Persistent Desktop access stopped"));
+}
+
+void FileAccessManager::requestFolderAccess()
+{
+    delete m_openPanel;
+    m_openPanel = new OpenPanel(this);
+    m_openPanel->setPrompt(tr("Grant Access"));
+    m_openPanel->setMessage(tr("Please select your Desktop folder to grant access for screenshot detection"));
+    m_openPanel->setTitle(tr("Select Desktop Folder"));
+    m_openPanel->setDirectoryUrl(m_fileManager->urls(SearchPathDirectory::Desktop).value(0));
+    m_openPanel->begin([this, panel = m_openPanel](OpenPanel::ModalResponse response) {
+        const QUrl url = panel->url();
+        panel->deleteLater();
+        if (response == OpenPanel::ModalResponse::OK && !url.isEmpty()) {
+            handleSelectedFolder(url);
+        }
+    });
+}
+
+void FileAccessManager::handleSelectedFolder(const QUrl &url)
+{
+    runInBackground(
+        this, [key = m_bookmarkKey, url] { return storePickedFolder(key, url); },
+        [this, url](const std::optional<QByteArray> &bookmark) {
+            if (bookmark) {
+                takeOver(url, *bookmark);
+            }
+        });
+}
+
+/// What a picked folder needs once its bookmark is stored: held access, a check, and the announcement.
+void FileAccessManager::takeOver(const QUrl &url, const QByteArray &bookmark)
+{
+    stopPersistentAccess();
+    startPersistentAccess();
+    runInBackground(
+        this,
+        [fileManager = m_fileManager, key = m_bookmarkKey, bookmark] {
+            return verifyPickedFolder(*fileManager, key, bookmark);
+        },
+        [url](bool isVerified) {
+            if (isVerified) {
+                NotificationManager::shared().showAccessGranted(folderName(url));
+                NotificationCenter::defaultCenter().post(folderAccessGranted);
+            }
+        });
+}
+
+bool FileAccessManager::hasValidAccess() const
+{
+    const auto bookmark = storedBookmark::data(m_bookmarkKey);
+    return bookmark && verifyAccess(*m_fileManager, m_bookmarkKey, *bookmark);
+}
+
+void FileAccessManager::loadScreenshots(
+    const QList<SearchPathDirectory> &directories, QObject *owner,
+    std::function<void(QList<ScreenshotItem>)> done) const
+{
+    runInBackground(
+        owner, BackgroundQueue::Scan,
+        [fileManager = m_fileManager, key = m_bookmarkKey, directories] {
+            return screenshotListing::loadScreenshots(*fileManager, key, directories);
+        },
+        std::move(done));
+}
