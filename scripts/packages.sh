@@ -3,10 +3,11 @@
 
 # What the scripts take from Debian 12, by purpose.
 
-# Compiler driver, generator and headers: the toolkit, ICU's regular expressions, the Trash, X input, PNG.
+# Compiler driver, generator and headers: the toolkit, ICU's regular expressions, the Trash, X input, PNG. The
+# compiler of translation catalogues.
 build_packages=(
     cmake g++ ninja-build pkg-config
-    qt6-base-dev libicu-dev libglib2.0-dev
+    qt6-base-dev qt6-l10n-tools libicu-dev libglib2.0-dev
     libxcb1-dev libxcb-xinput-dev libxcb-shape0-dev libpng-dev
 )
 # The toolkit's SVG plugin, which draws the symbols. Previews of WebP and TIFF, and the fonts of the screens: the

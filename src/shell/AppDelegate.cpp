@@ -1,19 +1,15 @@
 #include "AppDelegate.h"
 
+#include "FileAccessManager.h"
 #include "MenuBarManager.h"
 #include "NotificationCenter.h"
+#include "NotificationManager.h"
 #include "ScreenshotManager.h"
 #include "ScreenshotWatcher.h"
 #include "SettingsWindowDelegate.h"
 #include "UpdaterController.h"
 #include "UserDefaults.h"
 #include "presentWindow.h"
-
-namespace {
-
-const QString folderAccessGrantedName = QStringLiteral("folderAccessGranted");
-
-} // namespace
 
 AppDelegate::AppDelegate(WindowViews views)
     : m_preferences(&UserDefaults::standard()),
@@ -34,13 +30,26 @@ void AppDelegate::applicationDidFinishLaunching()
     startWatching();
 }
 
+void AppDelegate::applicationWillTerminate()
+{
+    // A second start of the program ends without ever having launched.
+    if (m_fileAccessManager != nullptr) {
+        m_fileAccessManager->stopPersistentAccess();
+    }
+}
+
 void AppDelegate::setUpManagers()
 {
+    m_wording.update();
+    m_notificationManager = &NotificationManager::shared();
+    m_notificationManager->setFolderAccessRequest([] { FileAccessManager::shared().requestFolderAccess(); });
+    m_fileAccessManager = &FileAccessManager::shared();
     m_updaterController = std::make_unique<UpdaterController>();
     m_screenshotManager = std::make_unique<ScreenshotManager>();
     m_menuBarManager = std::make_unique<MenuBarManager>(*this);
     NotificationCenter::defaultCenter().addObserver(
-        folderAccessGrantedName, this, [this](const ProcessNotification &) { folderAccessGranted(); });
+        FileAccessManager::folderAccessGranted, this,
+        [this](const ProcessNotification &) { folderAccessGranted(); });
 }
 
 void AppDelegate::loadTimeframe()
@@ -56,17 +65,25 @@ void AppDelegate::updateTimeframe(qint64 minutes)
     m_preferences->setInteger(preferences::timeframeInMinutes, minutes);
 }
 
-void AppDelegate::startWatching()
+void AppDelegate::createWatcher()
 {
+    // The earlier watcher goes first: it must not report while the new one seeds itself.
+    m_screenshotWatcher.reset();
     m_screenshotWatcher = std::make_unique<ScreenshotWatcher>();
     m_screenshotWatcher->setDelegate(this);
 }
 
+void AppDelegate::startWatching()
+{
+    createWatcher();
+    m_fileAccessManager->startPersistentAccess();
+}
+
 void AppDelegate::folderAccessGranted()
 {
-    // The earlier watcher goes first: it must not report while the new one seeds itself.
-    m_screenshotWatcher.reset();
-    startWatching();
+    // The folder's role may have changed with it.
+    m_wording.update();
+    createWatcher();
 }
 
 void AppDelegate::watcherDidDetectScreenshot(const QString &path)

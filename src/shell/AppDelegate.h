@@ -2,6 +2,7 @@
 
 #include "ObservableObject.h"
 #include "Preferences.h"
+#include "ScreenshotFolderWording.h"
 #include "ScreenshotWatcherDelegate.h"
 
 #include <QPointer>
@@ -10,7 +11,9 @@
 #include <functional>
 #include <memory>
 
+class FileAccessManager;
 class MenuBarManager;
+class NotificationManager;
 class ScreenshotManager;
 class ScreenshotWatcher;
 class SettingsWindowDelegate;
@@ -40,6 +43,9 @@ public:
     /// The launch sequence.
     void applicationDidFinishLaunching();
 
+    /// Gives back the access to the watched folder. Deletions that are still pending are dropped.
+    void applicationWillTerminate();
+
     /// The program lives in the panel: it goes on when its last window closes.
     [[nodiscard]] static bool applicationShouldTerminateAfterLastWindowClosed() { return false; }
 
@@ -62,6 +68,8 @@ public:
     void watcherDidDetectScreenshot(const QString &path) override;
 
     /// The long-lived objects: null before the launch, the watcher until watching starts.
+    [[nodiscard]] FileAccessManager *fileAccessManager() const { return m_fileAccessManager; }
+
     [[nodiscard]] MenuBarManager *menuBarManager() const { return m_menuBarManager.get(); }
 
     [[nodiscard]] ScreenshotManager *screenshotManager() const { return m_screenshotManager.get(); }
@@ -77,8 +85,12 @@ public:
 private:
     void setUpManagers();
     void loadTimeframe();
+    void createWatcher();
     void startWatching();
 
+    /// The shared ones, which outlive the delegate.
+    NotificationManager *m_notificationManager = nullptr;
+    FileAccessManager *m_fileAccessManager = nullptr;
     std::unique_ptr<MenuBarManager> m_menuBarManager;
     std::unique_ptr<ScreenshotManager> m_screenshotManager;
     std::unique_ptr<ScreenshotWatcher> m_screenshotWatcher;
@@ -91,4 +103,5 @@ private:
     UserDefaults *m_preferences;
 
     WindowViews m_views;
+    ScreenshotFolderWording m_wording;
 };

@@ -32,6 +32,7 @@ int DeskbroomApp::run()
 {
     m_instance.claim([this](ApplicationInstance::Role role) { claimed(role); });
     const int status = QApplication::exec();
+    m_appDelegate.applicationWillTerminate();
     finishBackgroundWork();
     return status;
 }
