@@ -63,6 +63,16 @@ void type(QFileDialog &dialog, const QString &path)
     field.setModified(true);
 }
 
+bool hasAccessibleName(QWidget &widget)
+{
+    const QAccessibleInterface *const control = QAccessible::queryAccessibleInterface(&widget);
+    if (control == nullptr || control->text(QAccessible::Name).isEmpty()) {
+        return false;
+    }
+    // What a combo box shows counts as its name, so that it needs a label.
+    return control->role() != QAccessible::ComboBox || !control->relations(QAccessible::Label).isEmpty();
+}
+
 /// What a panel answered.
 struct Answers {
     QList<ModalResponse> responses;
@@ -199,13 +209,7 @@ private Q_SLOTS:
                 continue;
             }
             ++reachable;
-            const QAccessibleInterface *const control = QAccessible::queryAccessibleInterface(widget);
-            QVERIFY2(control != nullptr, qPrintable(widget->objectName()));
-            QVERIFY2(!control->text(QAccessible::Name).isEmpty(), qPrintable(widget->objectName()));
-            // What a combo box shows counts as its name, so that it needs a label.
-            QVERIFY2(
-                control->role() != QAccessible::ComboBox || !control->relations(QAccessible::Label).isEmpty(),
-                qPrintable(widget->objectName()));
+            QVERIFY2(hasAccessibleName(*widget), qPrintable(widget->objectName()));
         }
         QVERIFY(reachable >= 6);
         for (const auto *const button : shownDialog()->findChildren<QAbstractButton *>()) {

@@ -199,11 +199,11 @@ private Q_SLOTS:
     {
         QTest::addColumn<QByteArray>("pages");
         QTest::addColumn<QByteArray>("expected");
-        QTest::newRow("43") << QByteArray("printf 'Available panels:\\n\\tcamera\\n\\tusage\\n'")
+        QTest::newRow("43") << QByteArray(R"(printf 'Available panels:\n\tcamera\n\tusage\n')")
                             << QByteArray("gnome-control-center|usage|\n");
-        QTest::newRow("45") << QByteArray("printf 'Available panels:\\n\\tusage\\n\\tprivacy\\n'")
+        QTest::newRow("45") << QByteArray(R"(printf 'Available panels:\n\tusage\n\tprivacy\n')")
                             << QByteArray("gnome-control-center|privacy|\n");
-        QTest::newRow("neither") << QByteArray("printf 'Available panels:\\n\\tprivacy-x\\n'")
+        QTest::newRow("neither") << QByteArray(R"(printf 'Available panels:\n\tprivacy-x\n')")
                                  << QByteArray("gnome-control-center|\n");
         QTest::newRow("fails") << QByteArray("exit 3") << QByteArray("gnome-control-center|\n");
         QTest::newRow("crashes") << QByteArray("kill -SEGV $$") << QByteArray("gnome-control-center|\n");

@@ -60,7 +60,7 @@ bool RecordingFileChooser::handleMessage(const QDBusMessage &message, const QDBu
 void RecordingFileChooser::takeQuestion(const QDBusMessage &message)
 {
     const QVariantList arguments = message.arguments();
-    const QVariantMap options = qdbus_cast<QVariantMap>(arguments.at(2));
+    const auto options = qdbus_cast<QVariantMap>(arguments.at(2));
     m_questions.append(
         {.parentWindow = arguments.at(0).toString(),
          .title = arguments.at(1).toString(),
