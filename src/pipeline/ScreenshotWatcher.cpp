@@ -40,8 +40,8 @@ QList<QUrl> watchedFolders(const FileManager &fileManager)
     }
     QList<QUrl> folders;
     for (const SearchPathDirectory directory : standardFolders) {
-        // Two of them may be one folder, whose screenshots are reported once.
         const QList<QUrl> urls = fileManager.urls(directory);
+        // Where the capture tool saves may well be one of the other two.
         if (!urls.isEmpty() && !folders.contains(urls.constFirst())) {
             folders.append(urls.constFirst());
         }

@@ -46,6 +46,7 @@ private Q_SLOTS:
     void aNewScreenshotIsReportedOnce();
     void theStandardFoldersAreWatchedTogether();
     void equalNamesInTwoFoldersAreTwoScreenshots();
+    void aFolderThatHasTwoRolesIsWatchedOnce();
     void aFileElevenSecondsOldIsNotReported();
     void aFileNineSecondsOldIsReportedOnce();
     void aRenamedOldScreenshotIsNotReported();
@@ -153,6 +154,21 @@ void ScreenshotWatcherTest::equalNamesInTwoFoldersAreTwoScreenshots()
     const QString path = desktopFile(QStringLiteral("Screenshot 1.png"));
     files::write(path);
     QTRY_COMPARE_WITH_TIMEOUT(m_recorder->reports, QStringList(path), patience);
+}
+
+void ScreenshotWatcherTest::aFolderThatHasTwoRolesIsWatchedOnce()
+{
+    // Where this desktop's capture tool saves is the Pictures folder.
+    qputenv("XDG_CURRENT_DESKTOP", "KDE");
+    startWatching();
+    const QStringList paths = {
+        m_home->pictures() + QStringLiteral("/Screenshot 1.png"),
+        m_home->downloads() + QStringLiteral("/Screenshot 1.png")};
+    for (const QString &path : paths) {
+        files::write(path);
+    }
+    QTRY_VERIFY_WITH_TIMEOUT(m_recorder->reports.size() >= paths.size(), patience);
+    QCOMPARE(m_recorder->reports, paths);
 }
 
 void ScreenshotWatcherTest::aFileElevenSecondsOldIsNotReported()
