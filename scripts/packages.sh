@@ -10,9 +10,9 @@ build_packages=(
     qt6-base-dev qt6-l10n-tools libicu-dev libglib2.0-dev
     libxcb1-dev libxcb-xinput-dev libxcb-shape0-dev libpng-dev
 )
-# The toolkit's SVG plugin, which draws the symbols. Previews of WebP and TIFF, and the fonts of the screens: the
-# program works without these.
-runtime_packages=(libqt6svg6 qt6-image-formats-plugins fonts-inter fonts-jetbrains-mono)
+# The toolkit's SVG plugin, which draws the symbols. Previews of WebP and TIFF, the fonts of the screens, and
+# `gsettings`, which tells where some desktops' capture tools save: the program works without these.
+runtime_packages=(libqt6svg6 qt6-image-formats-plugins fonts-inter fonts-jetbrains-mono libglib2.0-bin)
 # A private desktop: X server, bus, accessibility bus, window manager, panel, notification server, wallpaper;
 # the capture tool; and what drives it all: Python with GLib's bus, X events, window lists, pictures.
 desktop_packages=(
@@ -20,8 +20,13 @@ desktop_packages=(
     xfce4-screenshooter
     python3 python3-gi xdotool x11-utils x11-xserver-utils xclip imagemagick
 )
-# The other panel that the tests use, whose tray is XEmbed, with a window manager and a compositor for it.
-test_packages=(openbox tint2 picom)
+# The other panel that the tests use, whose tray is XEmbed, with a window manager and a compositor for it. The
+# settings' descriptions of two desktops' capture tools, the translations of a third one's folder name, and the
+# compiler for the descriptions that Debian doesn't have.
+test_packages=(
+    openbox tint2 picom
+    gnome-screenshot mate-utils-common gnome-shell-common libglib2.0-dev-bin
+)
 # Formatters and linters, for C++ (the benchmarks' too, which include their library), shell, Python, the desktop
 # entry and the software centre's description.
 lint_packages=(

@@ -12,7 +12,12 @@
 
 #include <optional>
 
-enum class SearchPathDirectory { Desktop, Pictures, Downloads };
+enum class SearchPathDirectory {
+    /// A role rather than a folder: where the running session's capture tool saves its screenshots.
+    Desktop,
+    Pictures,
+    Downloads,
+};
 
 /// The file system as this program needs it: standard folders, listings, attributes, the Trash.
 ///
@@ -39,8 +44,14 @@ public:
     /// The user's own folder of that kind, as the XDG user directories name it at this moment, whether it
     /// exists or not. Empty if it can't be located: the user switched it off by setting it to the home
     /// folder itself.
+    ///
+    /// *Desktop* is the folder in which the session's capture tool saves by itself, made if the tool would
+    /// make it (docs/capture-tools.md); the user's desktop folder where no tool is known or the tool has
+    /// none.
     [[nodiscard]] QList<QUrl> urls(SearchPathDirectory directory) const;
 
+    /// Whether the role *Desktop* is held by another folder than the user's desktop folder, compared as
+    /// cleaned paths. Decides whether a text may call it the "Desktop folder". Costs the same as `urls`.
     [[nodiscard]] bool isDesktopElsewhere() const;
 
     /// Hands the folder's entries to `visitor` in the order in which the file system lists them; `.` and

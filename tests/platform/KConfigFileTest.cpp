@@ -1,96 +1,117 @@
 #include "KConfigFile.h"
 
-#include "configurationFile.h"
+#include "TemporaryHome.h"
 #include "files.h"
 
-#include <QTemporaryDir>
 #include <QTest>
 
 #include <sys/stat.h>
 
-class KConfigFileTest : public QObject {
+/// Settings files as KDE's programs write them.
+class KConfigFileTest final : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
-    void findsTheValueOfTheGroup_data();
-    void findsTheValueOfTheGroup();
-    void knowsNothingOfWhatIsNoFile();
-    void passesOverAFileOfAbsurdSize();
-
-private:
-    [[nodiscard]] QString path() const { return m_folder.filePath(QStringLiteral("rc")); }
-
-    QTemporaryDir m_folder;
+    void readsAnEntry_data();
+    void readsAnEntry();
+    void readsNestedGroups();
+    void readsEntriesWithoutAGroup();
+    void hasNothingWithoutAFile();
+    void passesOverWhatIsNoSettingsFile();
 };
 
-void KConfigFileTest::findsTheValueOfTheGroup_data()
+void KConfigFileTest::readsAnEntry_data()
 {
     QTest::addColumn<QByteArray>("contents");
-    QTest::addColumn<QString>("expected");
-    const auto row = [](const char *name, const QByteArray &contents, const QString &expected) {
-        QTest::newRow(name) << contents << expected;
-    };
-    const QString value = QStringLiteral("value");
-    row("alone", "[Outer][Inner]\nkey=value\n", value);
-    row("among others", "[A]\nkey=a\n[Outer]\nkey=b\n[Outer][Inner]\nother=c\nkey=value\n[Z]\nkey=z\n",
-        value);
-    row("spaces around", "  [Outer][Inner] \r\n key = value \r\n", value);
-    row("no line end", "[Outer][Inner]\nkey=value", value);
-    row("the last line counts", "[Outer][Inner]\nkey=a\nkey=value\n", value);
-    row("group in two places", "[Outer][Inner]\nkey=a\n[Z]\n[Outer][Inner]\nkey=value\n", value);
-    row("locked", "[Outer][Inner][$i]\nkey=a\n[Outer][Inner]\nkey[$i]=value\n", value);
-    row("comment", "[Outer][Inner]\nkey=value\n#key=comment\n", value);
-    row("translation", "[Outer][Inner]\nkey=value\nkey[de]=Wert\n", value);
-    row("escapes", R"([Outer][Inner]
-key=\sa\tb\nc\\d\x41\s)",
-        QStringLiteral(" a\tb\nc\\dA "));
-    row("broken escapes", "[Outer][Inner]\nkey=\\x4 \\q \\", QStringLiteral("x4 q \\"));
-    row("equals sign", "[Outer][Inner]\nkey=a=b\n", QStringLiteral("a=b"));
-    row("empty value", "[Outer][Inner]\nkey=\n", QStringLiteral(""));
-    row("UTF-8", "[Outer][Inner]\nkey=\xC3\xA4\n", QStringLiteral("ä"));
-    row("escaped brackets", "[Outer][In\\x6eer]\nkey=value\n", value);
-    row("another group", "[Outer]\nkey=a\n[Inner]\nkey=b\n[Outer][Inner][Third]\nkey=c\n", QString());
-    row("another key", "[Outer][Inner]\nkeys=a\nke=b\n", QString());
-    row("no value", "[Outer][Inner]\nkey\n", QString());
-    row("unclosed group", "[Outer][Inner\nkey=a\n", QString());
-    row("empty", "", QString());
-    row("bytes of any kind", QByteArray(1, '\0') + "\xFF[\n]=\n=\n[]\n[Outer][Inner]\n\x01=\xFF\n=\n",
-        QString());
+    // Null if there is none.
+    QTest::addColumn<QString>("value");
+    const QString a = QStringLiteral("a");
+    QTest::newRow("plain") << QByteArray("[Save]\nkey=a\n") << a;
+    QTest::newRow("no line end") << QByteArray("[Save]\nkey=a") << a;
+    QTest::newRow("carriage returns") << QByteArray("[Save]\r\nkey=a\r\n") << a;
+    QTest::newRow("blanks around") << QByteArray(" [Save] \n  key = a b \n") << QStringLiteral("a b");
+    QTest::newRow("empty") << QByteArray("[Save]\nkey=\n") << QStringLiteral("");
+    QTest::newRow("last one counts") << QByteArray("[Save]\nkey=b\nkey=a\n") << a;
+    QTest::newRow("group that comes twice")
+        << QByteArray("[Save]\nkey=b\n[Other]\nx=1\n[Save]\nkey=a\n") << a;
+    QTest::newRow("another group") << QByteArray("[Other]\nkey=a\n") << QString();
+    QTest::newRow("a group within") << QByteArray("[Save][Other]\nkey=a\n") << QString();
+    QTest::newRow("no group") << QByteArray("key=a\n") << QString();
+    QTest::newRow("longer key") << QByteArray("[Save]\nkeys=a\n") << QString();
+    QTest::newRow("comment") << QByteArray("[Save]\n#key=a\n;key=a\n") << QString();
+    QTest::newRow("no equals sign") << QByteArray("[Save]\nkey\n=\n") << QString();
+    QTest::newRow("immutable group") << QByteArray("[Save][$i]\nkey=a\n") << a;
+    QTest::newRow("immutable key") << QByteArray("[Save]\nkey[$i]=a\n") << a;
+    QTest::newRow("deleted") << QByteArray("[Save]\nkey=a\nkey[$d]\n key[$d]=\n") << QString();
+    QTest::newRow("another language") << QByteArray("[Save]\nkey=a\nkey[de]=b\n") << a;
+    QTest::newRow("UTF-8") << QByteArray("[Save]\nkey=Área\n") << QStringLiteral("Área");
+    QTest::newRow("escapes") << QByteArray("[Save]\nkey=\\sa\\tb\\\\c\\x41\\n\n")
+                             << QStringLiteral(" a\tb\\cA\n");
+    QTest::newRow("damaged escapes") << QByteArray("[Save]\nkey=\\xZZ\\x4\\\n") << QStringLiteral("xZZx4\\");
+    QTest::newRow("variable") << QByteArray("[Save]\nkey[$e]=file://$KCONFIG_TEST/b\n")
+                              << QStringLiteral("file:///home/a/b");
+    QTest::newRow("variable in braces")
+        << QByteArray("[Save]\nkey[$ei]=${KCONFIG_TEST}b\n") << QStringLiteral("/home/ab");
+    QTest::newRow("dollar signs") << QByteArray("[Save]\nkey[$e]=$$a$ ${b$\n") << QStringLiteral("$a$ ${b$");
+    QTest::newRow("unset variable") << QByteArray("[Save]\nkey[$e]=$KCONFIG_UNSET/a\n")
+                                    << QStringLiteral("/a");
+    QTest::newRow("variable that isn't meant")
+        << QByteArray("[Save]\nkey=$KCONFIG_TEST\n") << QStringLiteral("$KCONFIG_TEST");
+    QTest::newRow("a command is text")
+        << QByteArray("[Save]\nkey[$e]=$(echo a)\n") << QStringLiteral("$(echo a)");
+    QTest::newRow("rubbish") << QByteArray("\0\xff\xfe[[[=]]\n=\n[Save", 14) << QString();
 }
 
-void KConfigFileTest::findsTheValueOfTheGroup()
+void KConfigFileTest::readsAnEntry()
 {
     QFETCH(const QByteArray, contents);
-    QFETCH(const QString, expected);
-    files::write(path(), contents);
-
-    const std::optional<QString> value =
-        readKConfigEntry(path(), {QStringLiteral("Outer"), QStringLiteral("Inner")}, QStringLiteral("key"));
-
-    QCOMPARE(value.has_value(), !expected.isNull());
-    QCOMPARE(value.value_or(QString()), expected);
+    QFETCH(const QString, value);
+    const TemporaryHome home;
+    qputenv("KCONFIG_TEST", "/home/a");
+    const QString path = home.path() + QStringLiteral("/rc");
+    files::write(path, contents);
+    const auto entry = readKConfigEntry(path, {QStringLiteral("Save")}, QStringLiteral("key"));
+    QCOMPARE(entry.has_value(), !value.isNull());
+    QCOMPARE(entry.value_or(QString()), value);
 }
 
-void KConfigFileTest::knowsNothingOfWhatIsNoFile()
+void KConfigFileTest::readsNestedGroups()
 {
-    const QString fifo = m_folder.filePath(QStringLiteral("fifo"));
-    QCOMPARE(::mkfifo(fifo.toLocal8Bit().constData(), 0600), 0);
-
-    for (const QString &place : {fifo, m_folder.path(), m_folder.filePath(QStringLiteral("missing"))}) {
-        QCOMPARE(readKConfigEntry(place, {}, QStringLiteral("key")), std::nullopt);
-    }
+    const TemporaryHome home;
+    const QString path = home.path() + QStringLiteral("/rc");
+    files::write(path, "[One]\nkey=a\n[One][Two]\nkey=b\n");
+    const QStringList groups{QStringLiteral("One"), QStringLiteral("Two")};
+    QCOMPARE(readKConfigEntry(path, groups, QStringLiteral("key")), QStringLiteral("b"));
 }
 
-void KConfigFileTest::passesOverAFileOfAbsurdSize()
+void KConfigFileTest::readsEntriesWithoutAGroup()
 {
-    const QByteArray entry = "key=value\n";
-    files::write(path(), entry + QByteArray(configurationFile::mostBytes - entry.size(), '#'));
-    QCOMPARE(readKConfigEntry(path(), {}, QStringLiteral("key")), QStringLiteral("value"));
-
-    files::write(path(), entry + QByteArray(configurationFile::mostBytes, '#'));
-    QCOMPARE(readKConfigEntry(path(), {}, QStringLiteral("key")), std::nullopt);
+    const TemporaryHome home;
+    const QString path = home.path() + QStringLiteral("/rc");
+    files::write(path, "key=a\n[One]\nkey=b\n");
+    QCOMPARE(readKConfigEntry(path, {}, QStringLiteral("key")), QStringLiteral("a"));
 }
 
-QTEST_APPLESS_MAIN(KConfigFileTest)
+void KConfigFileTest::hasNothingWithoutAFile()
+{
+    const TemporaryHome home;
+    const QString path = home.path() + QStringLiteral("/rc");
+    QVERIFY(!readKConfigEntry(path, {}, QStringLiteral("key")));
+}
 
+void KConfigFileTest::passesOverWhatIsNoSettingsFile()
+{
+    const TemporaryHome home;
+    QVERIFY(!readKConfigEntry(home.path(), {}, QStringLiteral("key")));
+
+    const QString fifo = home.path() + QStringLiteral("/fifo");
+    QCOMPARE(::mkfifo(fifo.toUtf8().constData(), 0600), 0);
+    QVERIFY(!readKConfigEntry(fifo, {}, QStringLiteral("key")));
+
+    const QString huge = home.path() + QStringLiteral("/huge");
+    files::write(huge, "key=a\n" + QByteArray(1 << 20, '#'));
+    QVERIFY(!readKConfigEntry(huge, {}, QStringLiteral("key")));
+}
+
+QTEST_GUILESS_MAIN(KConfigFileTest)
 #include "KConfigFileTest.moc"

@@ -26,6 +26,11 @@ TemporaryHome::TemporaryHome() : m_folder(folderTemplate())
     set("XDG_DATA_HOME", QStringLiteral("/.local/share"));
     set("XDG_STATE_HOME", QStringLiteral("/.local/state"));
     set("XDG_CACHE_HOME", QStringLiteral("/.cache"));
+    // What tells of the developer's own desktop and of where it saves screenshots.
+    for (const char *const variable :
+         {"XDG_CURRENT_DESKTOP", "XDG_SCREENSHOTS_DIR", "GRIM_DEFAULT_DIR", "HYPRSHOT_DIR"}) {
+        qunsetenv(variable);
+    }
     for (const QString &folder : {desktop(), pictures(), downloads()}) {
         QDir().mkpath(folder);
     }

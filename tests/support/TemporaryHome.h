@@ -4,7 +4,8 @@
 #include <QTemporaryDir>
 
 /// A home of its own for a test: HOME and every XDG base and user directory point into a temporary folder
-/// that goes with the object. Make it before anything asks for a standard folder.
+/// that goes with the object, and the session is that of no known desktop. Make it before anything asks for a
+/// standard folder.
 ///
 /// The folder lies under `DESKBROOM_TEST_ROOT` if that is set, else under the system's temporary folder.
 class TemporaryHome final {

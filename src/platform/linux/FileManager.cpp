@@ -8,6 +8,7 @@
 #include "HomeTrash.h"
 #include "UserDefaults.h"
 #include "UserDirectories.h"
+#include "captureFolder.h"
 
 #include <QDir>
 #include <QFileInfo>
@@ -84,9 +85,21 @@ Error clarified(const Error &error, const QString &path)
     return error;
 }
 
-} // namespace
+/// The user's own folder of that kind by its entry among the XDG user directories.
+QString ownFolder(SearchPathDirectory directory)
+{
+    switch (directory) {
+    case SearchPathDirectory::Desktop:
+        return userDirectory("XDG_DESKTOP_DIR", QStringLiteral("Desktop"));
+    case SearchPathDirectory::Pictures:
+        return userDirectory("XDG_PICTURES_DIR", QStringLiteral("Pictures"));
+    case SearchPathDirectory::Downloads:
+        return userDirectory("XDG_DOWNLOAD_DIR", QStringLiteral("Downloads"));
+    }
+    return QDir::homePath();
+}
 
-bool FileManager::isDesktopElsewhere() const { return pickedFolder().has_value(); }
+} // namespace
 
 const FileManager &FileManager::defaultManager()
 {
@@ -96,21 +109,20 @@ const FileManager &FileManager::defaultManager()
 
 QList<QUrl> FileManager::urls(SearchPathDirectory directory) const
 {
-    if (const auto picked = directory == SearchPathDirectory::Desktop ? pickedFolder() : std::nullopt) {
-        return {*picked};
-    }
-    const QString path = [directory] {
-        switch (directory) {
-        case SearchPathDirectory::Desktop:
-            return userDirectory("XDG_DESKTOP_DIR", QStringLiteral("Desktop"));
-        case SearchPathDirectory::Pictures:
-            return userDirectory("XDG_PICTURES_DIR", QStringLiteral("Pictures"));
-        case SearchPathDirectory::Downloads:
-            return userDirectory("XDG_DOWNLOAD_DIR", QStringLiteral("Downloads"));
+    if (directory == SearchPathDirectory::Desktop) {
+        // The capture tool may well save in the home folder itself.
+        if (const auto folder = captureFolder()) {
+            return {QUrl::fromLocalFile(*folder)};
         }
-        return QDir::homePath();
-    }();
+    }
+    const QString path = ownFolder(directory);
     return path == QDir::homePath() ? QList<QUrl>() : QList<QUrl>{QUrl::fromLocalFile(path)};
+}
+
+bool FileManager::isDesktopElsewhere() const
+{
+    const auto folder = captureFolder();
+    return folder && *folder != ownFolder(SearchPathDirectory::Desktop);
 }
 
 Result<DirectoryState>

@@ -1,23 +1,14 @@
 #include "KConfigFile.h"
 
-#include "configurationFile.h"
+#include "settingsFile.h"
 
 #include <algorithm>
-#include <cctype>
 
 namespace {
 
-bool isHexadecimal(char letter)
+char escapedByte(char letter)
 {
-    return std::isxdigit(static_cast<unsigned char>(letter)) != 0;
-}
-
-/// The character that an escape stands for, at the backslash `i`, which moves to the escape's last letter.
-char unescaped(QByteArrayView text, qsizetype &i)
-{
-    constexpr int hexadecimal = 16;
-    ++i;
-    switch (text[i]) {
+    switch (letter) {
     case 's':
         return ' ';
     case 't':
@@ -26,67 +17,114 @@ char unescaped(QByteArrayView text, qsizetype &i)
         return '\n';
     case 'r':
         return '\r';
-    case 'x': {
-        const QByteArray digits = text.sliced(i + 1).toByteArray().left(2);
-        if (digits.size() == 2 && std::ranges::all_of(digits, isHexadecimal)) {
-            i += 2;
-            return static_cast<char>(digits.toInt(nullptr, hexadecimal));
-        }
-        return 'x';
-    }
     default:
-        return text[i];
+        // A backslash or a separator, which stands for itself.
+        return letter;
     }
 }
 
-QString decoded(QByteArrayView text)
+QByteArray unescaped(QByteArrayView value)
 {
-    QByteArray bytes;
-    for (qsizetype i = 0; i < text.size(); ++i) {
-        bytes += text[i] == '\\' && i + 1 < text.size() ? unescaped(text, i) : text[i];
-    }
-    return QString::fromUtf8(bytes);
-}
-
-/// `[Outer][Inner]` as its names; brackets inside a name are escaped.
-QStringList groupsOf(QByteArrayView line)
-{
-    QStringList groups;
-    while (line.startsWith('[')) {
-        const qsizetype end = line.indexOf(']');
-        if (end < 0) {
-            break;
+    constexpr qsizetype digits = 2;
+    constexpr int hexadecimal = 16;
+    QByteArray text;
+    for (qsizetype i = 0; i < value.size(); ++i) {
+        if (value[i] != '\\' || i + 1 == value.size()) {
+            text.append(value[i]);
+            continue;
         }
-        groups.append(decoded(line.sliced(1, end - 1)));
-        line = line.sliced(end + 1);
+        ++i;
+        bool isNumber = false;
+        if (value[i] == 'x' && i + digits < value.size()) {
+            const char byte =
+                char(value.sliced(i + 1, digits).toByteArray().toUShort(&isNumber, hexadecimal));
+            if (isNumber) {
+                text.append(byte);
+                i += digits;
+            }
+        }
+        if (!isNumber) {
+            text.append(escapedByte(value[i]));
+        }
     }
-    return groups;
+    return text;
 }
 
-/// The key without its mark. One with a language keeps it, so that it equals no plain key.
-QString keyOf(QByteArrayView text)
+bool isPartOfName(QChar character)
 {
-    const qsizetype mark = text.indexOf("[$");
-    return decoded((mark < 0 ? text : text.first(mark)).trimmed());
+    return character == u'_' || (character.unicode() < 0x80 && character.isLetterOrNumber());
+}
+
+/// With `$NAME` and `${NAME}` replaced by the variable's value; `$$` is a dollar sign.
+QString expanded(const QString &text)
+{
+    QString result;
+    for (qsizetype i = 0; i < text.size(); ++i) {
+        if (text[i] != u'$') {
+            result += text[i];
+            continue;
+        }
+        const QStringView rest = QStringView(text).sliced(i + 1);
+        if (rest.startsWith(u'$')) {
+            result += u'$';
+            ++i;
+            continue;
+        }
+        const bool hasBraces = rest.startsWith(u'{') && rest.contains(u'}');
+        const QStringView name =
+            hasBraces ? rest.sliced(1, rest.indexOf(u'}') - 1)
+                      : rest.first(std::ranges::find_if_not(rest, isPartOfName) - rest.begin());
+        if (name.isEmpty()) {
+            result += u'$';
+            continue;
+        }
+        result += qEnvironmentVariable(name.toLatin1().constData());
+        i += name.size() + (hasBraces ? 2 : 0);
+    }
+    return result;
+}
+
+/// What stands behind an entry's key: `[$…]` with a letter for each option.
+struct Options {
+    bool isExpanded = false;
+    bool isDeleted = false;
+};
+
+/// Empty if the entry has another key, or is the key's value in a certain language.
+std::optional<Options> optionsOf(QByteArrayView entry, QByteArrayView key)
+{
+    if (!entry.startsWith(key)) {
+        return std::nullopt;
+    }
+    const QByteArrayView suffix = entry.sliced(key.size());
+    if (suffix.isEmpty()) {
+        return Options();
+    }
+    if (!suffix.startsWith("[$") || !suffix.endsWith(']')) {
+        return std::nullopt;
+    }
+    return Options{.isExpanded = suffix.contains('e'), .isDeleted = suffix.contains('d')};
 }
 
 } // namespace
 
 std::optional<QString> readKConfigEntry(const QString &path, const QStringList &groups, const QString &key)
 {
-    std::optional<QString> value;
-    QStringList current;
-    for (const QByteArray &fullLine : configurationFile::contents(path).split('\n')) {
-        const QByteArrayView line = QByteArrayView(fullLine).trimmed();
-        if (line.startsWith('[')) {
-            current = groupsOf(line);
-            continue;
-        }
-        const qsizetype separator = line.indexOf('=');
-        if (separator > 0 && !line.startsWith('#') && current == groups &&
-            keyOf(line.first(separator)) == key) {
-            value = decoded(line.sliced(separator + 1).trimmed());
-        }
+    QByteArray header;
+    for (const QString &group : groups) {
+        header += '[' + group.toUtf8() + ']';
     }
-    return value;
+    const QByteArray wanted = key.toUtf8();
+    std::optional<QString> entry;
+    const QByteArray contents = settingsFile::contents(path);
+    settingsFile::visitEntries(contents, header, [&](QByteArrayView name, QByteArrayView value) {
+        const auto options = optionsOf(name, wanted);
+        if (!options) {
+            return;
+        }
+        const QString text = QString::fromUtf8(unescaped(value));
+        entry =
+            options->isDeleted ? std::nullopt : std::optional(options->isExpanded ? expanded(text) : text);
+    });
+    return entry;
 }

@@ -5,13 +5,13 @@
 
 #include <optional>
 
-/// The value of a key in a settings file of KDE's kind, read afresh: `[Outer][Inner]` heads a group inside a
-/// group, `key=value` lines follow, `#` begins a comment, `key[$i]=value` is the same key with a mark, and
-/// `key[de]=value` its translation, which doesn't count. The last of several lines of a key counts.
+/// One entry of a settings file as KDE's programs write it ("KConfig"), read afresh at every call; also of
+/// the simpler files of Xfce's programs, which are a part of that format. `groups` leads from the outermost
+/// group inwards (`[One][Two]`); without any it is the entries above the first group. Of an entry that is
+/// there twice, the last counts.
 ///
-/// Empty if there is no such file, group or key, or the file is damaged. An empty list of groups is what
-/// stands before the first group. Any thread.
-///
-/// The format is that of KConfig's `kconfigini.cpp`; `[General]` files of QSettings read the same.
+/// Escapes are resolved, and environment variables where the entry is marked as having them
+/// (`key[$e]=$HOME/…`); the commands that the format allows there are never run. Empty if there is no such
+/// file or entry, if it is marked as deleted, or if there is only a translated one (`key[de]=`). Any thread.
 [[nodiscard]] std::optional<QString>
 readKConfigEntry(const QString &path, const QStringList &groups, const QString &key);

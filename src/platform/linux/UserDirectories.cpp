@@ -1,40 +1,11 @@
 #include "UserDirectories.h"
 
-#include "FileDescriptor.h"
-#include "FileStatus.h"
+#include "settingsFile.h"
 
 #include <QDir>
 #include <QFile>
 
 namespace {
-
-QString configurationFile()
-{
-    const QString configured = qEnvironmentVariable("XDG_CONFIG_HOME");
-    const QString folder =
-        QDir::isAbsolutePath(configured) ? configured : QDir::homePath() + QStringLiteral("/.config");
-    return folder + QStringLiteral("/user-dirs.dirs");
-}
-
-QByteArray contents(const QString &path)
-{
-    // Not QFile: its engine alone costs more than this read.
-    const FileDescriptor file(::open(nativePath(path).constData(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
-    QByteArray bytes(4096, Qt::Uninitialized);
-    qsizetype length = 0;
-    while (file.isValid()) {
-        const auto count = ::read(file.get(), bytes.data() + length, size_t(bytes.size() - length));
-        if (count <= 0) {
-            break;
-        }
-        length += count;
-        if (length == bytes.size()) {
-            bytes.resize(2 * length);
-        }
-    }
-    bytes.truncate(length);
-    return bytes;
-}
 
 /// The value of a line `key="value"` with its quotes; empty if the line is about something else.
 QByteArrayView quotedValue(QByteArrayView line, QByteArrayView key)
@@ -79,10 +50,17 @@ QString absolutePath(QByteArrayView value)
 
 } // namespace
 
-QString userDirectory(QByteArrayView key, const QString &defaultName)
+QString configurationFolder()
 {
-    QString path = QDir::cleanPath(QDir::homePath() + u'/' + defaultName);
-    const QByteArray bytes = contents(configurationFile());
+    const QString configured = qEnvironmentVariable("XDG_CONFIG_HOME");
+    return QDir::isAbsolutePath(configured) ? configured : QDir::homePath() + QStringLiteral("/.config");
+}
+
+std::optional<QString> configuredUserDirectory(QByteArrayView key)
+{
+    std::optional<QString> path;
+    const QByteArray bytes =
+        settingsFile::contents(configurationFolder() + QStringLiteral("/user-dirs.dirs"));
     for (qsizetype begin = 0; begin < bytes.size();) {
         const qsizetype found = bytes.indexOf('\n', begin);
         const qsizetype end = found < 0 ? bytes.size() : found;
@@ -95,4 +73,12 @@ QString userDirectory(QByteArrayView key, const QString &defaultName)
         begin = end + 1;
     }
     return path;
+}
+
+QString userDirectory(QByteArrayView key, const QString &defaultName)
+{
+    if (auto path = configuredUserDirectory(key)) {
+        return *std::move(path);
+    }
+    return QDir::cleanPath(QDir::homePath() + u'/' + defaultName);
 }

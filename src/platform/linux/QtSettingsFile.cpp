@@ -1,0 +1,79 @@
+#include "QtSettingsFile.h"
+
+#include "settingsFile.h"
+
+namespace {
+
+constexpr int hexadecimal = 16;
+
+bool isHexadecimalDigit(QChar character)
+{
+    return character.unicode() < 0x80 && QStringView(u"0123456789abcdefABCDEF").contains(character);
+}
+
+QChar escapedCharacter(QChar letter)
+{
+    switch (letter.unicode()) {
+    case 'a':
+        return u'\a';
+    case 'b':
+        return u'\b';
+    case 'f':
+        return u'\f';
+    case 'n':
+        return u'\n';
+    case 'r':
+        return u'\r';
+    case 't':
+        return u'\t';
+    case 'v':
+        return u'\v';
+    default:
+        // A quote or a backslash, which stands for itself.
+        return letter;
+    }
+}
+
+/// The text of a value: quotes are left out, and `\x` has as many hexadecimal digits as follow, which are one
+/// UTF-16 unit.
+QString textOf(const QString &value)
+{
+    QString text;
+    for (qsizetype i = 0; i < value.size(); ++i) {
+        if (value[i] == u'"') {
+            continue;
+        }
+        if (value[i] != u'\\' || i + 1 == value.size()) {
+            text += value[i];
+            continue;
+        }
+        ++i;
+        if (value[i] != u'x') {
+            text += escapedCharacter(value[i]);
+            continue;
+        }
+        qsizetype end = i + 1;
+        while (end < value.size() && isHexadecimalDigit(value[end])) {
+            ++end;
+        }
+        text += QChar(QStringView(value).sliced(i + 1, end - i - 1).toUShort(nullptr, hexadecimal));
+        i = end - 1;
+    }
+    return text;
+}
+
+} // namespace
+
+std::optional<QString> readQtSettingsEntry(const QString &path, const QString &group, const QString &key)
+{
+    const QByteArray header = '[' + group.toLatin1() + ']';
+    const QByteArray wanted = key.toLatin1();
+    std::optional<QString> entry;
+    const QByteArray contents = settingsFile::contents(path);
+    settingsFile::visitEntries(contents, header, [&](QByteArrayView name, QByteArrayView value) {
+        if (name == wanted) {
+            entry = textOf(QString::fromUtf8(value));
+        }
+    });
+    return entry;
+}

@@ -1,0 +1,77 @@
+#include "CaptureTool.h"
+
+#include "QtSettingsFile.h"
+#include "UserDirectories.h"
+#include "folderFromSetting.h"
+#include "settingsFile.h"
+
+#include <QDir>
+#include <QXmlStreamReader>
+
+namespace {
+
+std::optional<QString> folderFrom(const std::optional<QString> &setting)
+{
+    return setting && !setting->isEmpty() ? std::optional(folderFromSetting(*setting)) : std::nullopt;
+}
+
+template <const char *variable> std::optional<QString> folderInEnvironment()
+{
+    return folderFrom(qEnvironmentVariable(variable));
+}
+
+std::optional<QString> flameshotFolder()
+{
+    return folderFrom(readQtSettingsEntry(
+        configurationFolder() + QStringLiteral("/flameshot/flameshot.ini"), QStringLiteral("General"),
+        QStringLiteral("savePath")));
+}
+
+std::optional<QString> ksnipFolder()
+{
+    return folderFrom(readQtSettingsEntry(
+        configurationFolder() + QStringLiteral("/ksnip/ksnip.conf"), QStringLiteral("Application"),
+        QStringLiteral("SaveDirectory")));
+}
+
+/// The attribute `folder` of the element `general`.
+std::optional<QString> shutterFolder()
+{
+    const QByteArray contents =
+        settingsFile::contents(QDir::homePath() + QStringLiteral("/.shutter/settings.xml"));
+    QXmlStreamReader reader(contents);
+    while (!reader.atEnd()) {
+        if (reader.readNext() == QXmlStreamReader::StartElement && reader.name() == u"general") {
+            return folderFrom(reader.attributes().value(QLatin1String("folder")).toString());
+        }
+    }
+    return std::nullopt;
+}
+
+std::optional<QString> screengrabFolder()
+{
+    return folderFrom(readQtSettingsEntry(
+        configurationFolder() + QStringLiteral("/screengrab/screengrab.conf"), QStringLiteral("Base"),
+        QStringLiteral("defDir")));
+}
+
+constexpr char screenshotsVariable[] = "XDG_SCREENSHOTS_DIR";
+constexpr char grimVariable[] = "GRIM_DEFAULT_DIR";
+constexpr char hyprshotVariable[] = "HYPRSHOT_DIR";
+
+} // namespace
+
+std::span<const CaptureTool> standaloneCaptureTools()
+{
+    using enum CaptureTool::MissingFolder;
+    static constexpr CaptureTool tools[] = {
+        {QLatin1String("grimblast, grimshot"), {}, StaysMissing, folderInEnvironment<screenshotsVariable>},
+        {QLatin1String("grim"), {}, StaysMissing, folderInEnvironment<grimVariable>},
+        {QLatin1String("hyprshot"), {}, StaysMissing, folderInEnvironment<hyprshotVariable>},
+        {QLatin1String("Flameshot"), {}, StaysMissing, flameshotFolder},
+        {QLatin1String("ksnip"), {}, StaysMissing, ksnipFolder},
+        {QLatin1String("Shutter"), {}, StaysMissing, shutterFolder},
+        {QLatin1String("screengrab"), {}, StaysMissing, screengrabFolder},
+    };
+    return tools;
+}
