@@ -99,6 +99,12 @@ QString ownFolder(SearchPathDirectory directory)
     return QDir::homePath();
 }
 
+/// The folder that holds the role *Desktop* in place of the user's own desktop folder, if one does.
+std::optional<QString> folderInPlaceOfDesktop()
+{
+    return captureFolder();
+}
+
 } // namespace
 
 const FileManager &FileManager::defaultManager()
@@ -111,7 +117,7 @@ QList<QUrl> FileManager::urls(SearchPathDirectory directory) const
 {
     if (directory == SearchPathDirectory::Desktop) {
         // The capture tool may well save in the home folder itself.
-        if (const auto folder = captureFolder()) {
+        if (const auto folder = folderInPlaceOfDesktop()) {
             return {QUrl::fromLocalFile(*folder)};
         }
     }
@@ -121,7 +127,7 @@ QList<QUrl> FileManager::urls(SearchPathDirectory directory) const
 
 bool FileManager::isDesktopElsewhere() const
 {
-    const auto folder = captureFolder();
+    const auto folder = folderInPlaceOfDesktop();
     return folder && *folder != ownFolder(SearchPathDirectory::Desktop);
 }
 

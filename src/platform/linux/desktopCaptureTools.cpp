@@ -26,6 +26,11 @@ QString pictures()
     return userDirectory("XDG_PICTURES_DIR", QStringLiteral("Pictures"));
 }
 
+bool isFileName(const QString &text)
+{
+    return !text.contains(u'/') && !text.contains(QChar::Null) && text != u"." && text != u"..";
+}
+
 /// The folder `Screenshots`, as the program with that catalogue of translations calls it in the user's
 /// language: that of the process's locale, as for the program itself.
 QString translatedScreenshots(const char *domain)
@@ -40,103 +45,84 @@ std::optional<QString> gnomeShellFolder()
 
 std::optional<QString> elementaryFolder()
 {
-    const QString chosen =
-        keptSettings::string(QStringLiteral("io.elementary.screenshot"), QStringLiteral("folder-dir"))
-            .value_or(QString());
-    return chosen.isEmpty() ? translatedScreenshots("io.elementary.screenshot") : folderFromSetting(chosen);
+    const auto chosen = folderFromSetting(
+        keptSettings::string(QStringLiteral("io.elementary.screenshot"), QStringLiteral("folder-dir")));
+    return chosen ? chosen : translatedScreenshots("io.elementary.screenshot");
 }
 
 std::optional<QString> gnomeScreenshotFolder()
 {
-    const QString chosen =
-        keptSettings::string(
-            QStringLiteral("org.gnome.gnome-screenshot"), QStringLiteral("auto-save-directory"))
-            .value_or(QString());
-    return chosen.isEmpty() ? picturesOrHome() : folderFromSetting(chosen);
+    const auto chosen = folderFromSetting(keptSettings::string(
+        QStringLiteral("org.gnome.gnome-screenshot"), QStringLiteral("auto-save-directory")));
+    return chosen ? chosen : picturesOrHome();
 }
 
 std::optional<QString> mateScreenshotFolder()
 {
-    const QString last =
-        keptSettings::string(QStringLiteral("org.mate.screenshot"), QStringLiteral("last-save-directory"))
-            .value_or(QString());
-    if (!last.isEmpty()) {
-        return folderFromSetting(last);
+    if (auto last = folderFromSetting(keptSettings::string(
+            QStringLiteral("org.mate.screenshot"), QStringLiteral("last-save-directory")))) {
+        return last;
     }
-    const bool isHomeTheDesktop =
-        keptSettings::boolean(
-            QStringLiteral("org.mate.caja.preferences"), QStringLiteral("desktop-is-home-dir"))
-            .value_or(false);
-    return isHomeTheDesktop ? std::optional(QDir::homePath()) : std::nullopt;
+    const auto isHomeTheDesktop = keptSettings::boolean(
+        QStringLiteral("org.mate.caja.preferences"), QStringLiteral("desktop-is-home-dir"));
+    return isHomeTheDesktop.value_or(false) ? std::optional(QDir::homePath()) : std::nullopt;
 }
 
-QString spectacleFile()
+std::optional<QString> spectacleEntry(const QString &group, const QString &key)
 {
-    return configurationFolder() + QStringLiteral("/spectaclerc");
+    return readKConfigEntry(configurationFolder() + QStringLiteral("/spectaclerc"), {group}, key);
 }
 
 /// Since 24.02. The name of its default folder is translated once and then stored, which also tells that this
-/// generation was here; whoever had used an earlier one got that one's folder written down.
+/// generation was here; for whoever had used an earlier one, that one's folder was written down.
 std::optional<QString> spectacleFolder()
 {
-    const QStringList group{QStringLiteral("ImageSave")};
-    if (const auto chosen = readKConfigEntry(spectacleFile(), group, QStringLiteral("imageSaveLocation"));
-        chosen && !chosen->isEmpty()) {
-        return folderFromSetting(*chosen);
+    const QString group = QStringLiteral("ImageSave");
+    if (auto chosen = folderFromSetting(spectacleEntry(group, QStringLiteral("imageSaveLocation")))) {
+        return chosen;
     }
-    const auto name = readKConfigEntry(spectacleFile(), group, QStringLiteral("translatedScreenshotsFolder"));
-    if (!name || name->isEmpty()) {
+    const QString name =
+        spectacleEntry(group, QStringLiteral("translatedScreenshotsFolder")).value_or(QString());
+    if (name.isEmpty()) {
         return std::nullopt;
     }
-    return name->contains(u'/') ? QString() : QString(pictures() + u'/' + *name);
+    return isFileName(name) ? QString(pictures() + u'/' + name) : QString();
 }
 
 std::optional<QString> earlierSpectacleFolder()
 {
     const auto chosen =
-        readKConfigEntry(spectacleFile(), {QStringLiteral("Save")}, QStringLiteral("defaultSaveLocation"));
-    return chosen && !chosen->isEmpty() ? folderFromSetting(*chosen) : pictures();
+        folderFromSetting(spectacleEntry(QStringLiteral("Save"), QStringLiteral("defaultSaveLocation")));
+    return chosen ? chosen : pictures();
 }
 
 std::optional<QString> xfceScreenshooterFolder()
 {
-    const auto chosen = readKConfigEntry(
+    const auto chosen = folderFromSetting(readKConfigEntry(
         configurationFolder() + QStringLiteral("/xfce4/xfce4-screenshooter"), {},
-        QStringLiteral("screenshot_dir"));
-    return chosen && !chosen->isEmpty() ? folderFromSetting(*chosen) : picturesOrHome();
+        QStringLiteral("screenshot_dir")));
+    return chosen ? chosen : picturesOrHome();
 }
 
 std::optional<QString> screengrabFolder()
 {
-    const auto chosen = readQtSettingsEntry(
+    const auto chosen = folderFromSetting(readQtSettingsEntry(
         configurationFolder() + QStringLiteral("/screengrab/screengrab.conf"), QStringLiteral("Base"),
-        QStringLiteral("defDir"));
-    return chosen && !chosen->isEmpty() ? folderFromSetting(*chosen) : QDir::homePath();
-}
-
-/// The word behind `save_location:`; empty if there is none.
-QByteArray cosmicSaveLocation()
-{
-    const QByteArray contents = settingsFile::contents(
-        configurationFolder() + QStringLiteral("/cosmic/com.system76.CosmicPortal/v1/screenshot"));
-    constexpr QByteArrayView key = "save_location:";
-    const qsizetype found = contents.indexOf(key);
-    if (found < 0) {
-        return {};
-    }
-    const QByteArray rest = contents.sliced(found + key.size()).trimmed();
-    const qsizetype end =
-        std::ranges::find_if_not(rest, [](char c) { return c >= 'A' && c <= 'z'; }) - rest.begin();
-    return rest.first(end);
+        QStringLiteral("defDir")));
+    return chosen ? chosen : QDir::homePath();
 }
 
 std::optional<QString> cosmicFolder()
 {
-    const QByteArray location = cosmicSaveLocation();
-    if (location == "Clipboard") {
+    const QByteArray settings =
+        settingsFile::contents(
+            configurationFolder() + QStringLiteral("/cosmic/com.system76.CosmicPortal/v1/screenshot"))
+            .simplified()
+            .replace(' ', QByteArray());
+    if (settings.contains("save_location:Clipboard")) {
         return std::nullopt;
     }
-    if (location == "Documents") {
+    if (settings.contains("save_location:Documents")) {
         return userDirectory("XDG_DOCUMENTS_DIR", QStringLiteral("Documents"));
     }
     const QString chosen = qEnvironmentVariable("XDG_SCREENSHOTS_DIR");
@@ -144,30 +130,28 @@ std::optional<QString> cosmicFolder()
                                    : QString(pictures() + QStringLiteral("/Screenshots"));
 }
 
+std::optional<QString> deepinEntry(const QString &key)
+{
+    return readQtSettingsEntry(
+        configurationFolder() + QStringLiteral("/deepin/deepin-screen-recorder/deepin-screen-recorder.conf"),
+        QStringLiteral("shot"), key);
+}
+
 std::optional<QString> deepinFolder()
 {
-    const auto entry = [](const char16_t *key) {
-        return readQtSettingsEntry(
-                   configurationFolder() +
-                       QStringLiteral("/deepin/deepin-screen-recorder/deepin-screen-recorder.conf"),
-                   QStringLiteral("shot"), QString::fromUtf16(key))
-            .value_or(QString());
-    };
-    const auto chosen = [](const QString &folder) {
-        return folder.isEmpty() ? std::nullopt : std::optional(folderFromSetting(folder));
-    };
-    constexpr QStringView asksEachTime = u"0";
-    if (entry(u"save_ways") == asksEachTime) {
-        return chosen(entry(u"save_ask_dir"));
+    if (deepinEntry(QStringLiteral("save_ways")) == QStringLiteral("0")) {
+        // It asks each time, beginning with this folder.
+        return folderFromSetting(deepinEntry(QStringLiteral("save_ask_dir")));
     }
-    constexpr QStringView savesInPictures = u"2";
-    constexpr QStringView savesInChosenFolder = u"3";
-    const QString target = entry(u"save_op");
-    if (target == savesInPictures) {
+    const auto target = deepinEntry(QStringLiteral("save_op"));
+    if (target == QStringLiteral("2")) {
         return pictures() + QStringLiteral("/Screenshots");
     }
-    // What is left is the clipboard and the desktop.
-    return target == savesInChosenFolder ? chosen(entry(u"save_dir")) : std::nullopt;
+    if (target == QStringLiteral("3")) {
+        return folderFromSetting(deepinEntry(QStringLiteral("save_dir")));
+    }
+    // The clipboard, or the desktop.
+    return std::nullopt;
 }
 
 } // namespace

@@ -3,13 +3,16 @@
 #include <QDir>
 #include <QUrl>
 
-QString folderFromSetting(const QString &value)
+std::optional<QString> folderFromSetting(const std::optional<QString> &setting)
 {
-    QString path = value;
-    if (value == u'~' || value.startsWith(QLatin1String("~/"))) {
-        path = QDir::homePath() + QStringView(value).sliced(1);
-    } else if (!value.startsWith(u'/')) {
-        const QUrl url(value);
+    if (!setting || setting->isEmpty()) {
+        return std::nullopt;
+    }
+    QString path = *setting;
+    if (path == u'~' || path.startsWith(QLatin1String("~/"))) {
+        path.replace(0, 1, QDir::homePath());
+    } else if (!path.startsWith(u'/')) {
+        const QUrl url(path);
         const bool isHere = url.isLocalFile() && (url.host().isEmpty() || url.host() == u"localhost");
         path = isHere ? url.path() : QString();
     }

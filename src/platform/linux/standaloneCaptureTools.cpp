@@ -10,26 +10,21 @@
 
 namespace {
 
-std::optional<QString> folderFrom(const std::optional<QString> &setting)
-{
-    return setting && !setting->isEmpty() ? std::optional(folderFromSetting(*setting)) : std::nullopt;
-}
-
 template <const char *variable> std::optional<QString> folderInEnvironment()
 {
-    return folderFrom(qEnvironmentVariable(variable));
+    return folderFromSetting(qEnvironmentVariable(variable));
 }
 
 std::optional<QString> flameshotFolder()
 {
-    return folderFrom(readQtSettingsEntry(
+    return folderFromSetting(readQtSettingsEntry(
         configurationFolder() + QStringLiteral("/flameshot/flameshot.ini"), QStringLiteral("General"),
         QStringLiteral("savePath")));
 }
 
 std::optional<QString> ksnipFolder()
 {
-    return folderFrom(readQtSettingsEntry(
+    return folderFromSetting(readQtSettingsEntry(
         configurationFolder() + QStringLiteral("/ksnip/ksnip.conf"), QStringLiteral("Application"),
         QStringLiteral("SaveDirectory")));
 }
@@ -42,7 +37,7 @@ std::optional<QString> shutterFolder()
     QXmlStreamReader reader(contents);
     while (!reader.atEnd()) {
         if (reader.readNext() == QXmlStreamReader::StartElement && reader.name() == u"general") {
-            return folderFrom(reader.attributes().value(QLatin1String("folder")).toString());
+            return folderFromSetting(reader.attributes().value(QLatin1String("folder")).toString());
         }
     }
     return std::nullopt;
@@ -50,7 +45,7 @@ std::optional<QString> shutterFolder()
 
 std::optional<QString> screengrabFolder()
 {
-    return folderFrom(readQtSettingsEntry(
+    return folderFromSetting(readQtSettingsEntry(
         configurationFolder() + QStringLiteral("/screengrab/screengrab.conf"), QStringLiteral("Base"),
         QStringLiteral("defDir")));
 }
