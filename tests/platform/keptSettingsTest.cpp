@@ -50,8 +50,7 @@ public:
         qputenv("PATH", folder.toUtf8() + ':' + m_path);
     }
 
-    CountingTool(const CountingTool &) = delete;
-    CountingTool &operator=(const CountingTool &) = delete;
+    Q_DISABLE_COPY_MOVE(CountingTool)
 
     ~CountingTool() { qputenv("PATH", m_path); }
 
