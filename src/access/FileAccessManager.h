@@ -32,6 +32,9 @@ public:
     /// long as the process.
     static FileAccessManager &shared();
 
+    /// One of its own, for tests.
+    FileAccessManager();
+
     /// Holds access to the bookmarked folder, if it doesn't already.
     void startPersistentAccess();
     void stopPersistentAccess();
@@ -56,8 +59,6 @@ public:
         std::function<void(QList<ScreenshotItem>)> done) const;
 
 private:
-    FileAccessManager();
-
     void checkInitialAccess();
     void touchOtherFolders() const;
     void createBookmark(const QUrl &url);

@@ -45,9 +45,9 @@ public:
     /// exists or not. Empty if it can't be located: the user switched it off by setting it to the home
     /// folder itself.
     ///
-    /// *Desktop* is the folder in which the session's capture tool saves by itself, made if the tool would
-    /// make it (docs/capture-tools.md); the user's desktop folder where no tool is known or the tool has
-    /// none.
+    /// *Desktop* is the folder that the user picked, if he did; else the one in which the session's capture
+    /// tool saves by itself, made if the tool would make it (docs/capture-tools.md); the user's desktop
+    /// folder where no tool is known or the tool has none.
     [[nodiscard]] QList<QUrl> urls(SearchPathDirectory directory) const;
 
     /// Whether the role *Desktop* is held by another folder than the user's desktop folder, compared as

@@ -62,13 +62,6 @@ DirectoryState directoryState(const FileStatus &status)
     };
 }
 
-/// The folder that the user picked for the Desktop's role, if he did.
-std::optional<QUrl> pickedFolder()
-{
-    const auto bookmark = UserDefaults::standard().data(FileManager::folderBookmarkPreference);
-    return bookmark ? Bookmark::pickedFolder(*bookmark) : std::nullopt;
-}
-
 std::unexpected<Error> readingError()
 {
     return std::unexpected(Error::fromErrno(errno, Error::FileReadUnknown));
@@ -99,10 +92,13 @@ QString ownFolder(SearchPathDirectory directory)
     return QDir::homePath();
 }
 
-/// The folder that holds the role *Desktop* in place of the user's own desktop folder, if one does.
+/// The folder that holds the role *Desktop* in place of the user's own desktop folder, if one does: what the
+/// user picked, before all else.
 std::optional<QString> folderInPlaceOfDesktop()
 {
-    return captureFolder();
+    const auto bookmark = UserDefaults::standard().data(FileManager::folderBookmarkPreference);
+    const auto picked = bookmark ? Bookmark::pickedFolder(*bookmark) : std::nullopt;
+    return picked ? picked->toLocalFile() : captureFolder();
 }
 
 } // namespace

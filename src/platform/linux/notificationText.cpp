@@ -60,7 +60,7 @@ QString notificationText::body(const QString &text, BodyFormat format)
 {
     QString clean = QString(beginning(text, longestBody).toString())
                         .replace(QStringLiteral("\r\n"), QStringLiteral("\n"));
-    clean = cut(cleaned(clean).trimmed(), longestBody);
+    clean = cut(cleaned(clean), longestBody);
     if (format == BodyFormat::Plain) {
         return clean;
     }
