@@ -46,9 +46,10 @@ public:
     /// The process' one centre, which is never destroyed. Any thread.
     static UserNotificationCenter &current();
 
-    /// A centre of its own, for tests. Without a service it chooses that of the session when it first needs
-    /// it.
-    explicit UserNotificationCenter(std::unique_ptr<NotificationService> service = {});
+    /// A centre of its own, for tests. Without a service it takes that of the session when it first needs
+    /// one.
+    UserNotificationCenter();
+    explicit UserNotificationCenter(std::unique_ptr<NotificationService> service);
     ~UserNotificationCenter() override;
     Q_DISABLE_COPY_MOVE(UserNotificationCenter)
 
@@ -76,6 +77,7 @@ private:
     using Shown = std::function<void(const std::optional<Error> &error)>;
 
     [[nodiscard]] NotificationService &service();
+    void setService(std::unique_ptr<NotificationService> service);
     [[nodiscard]] bool isWanted(const UserNotificationRequest &request) const;
     void present(const UserNotificationRequest &request, Shown done);
     void tellDelegate(const UserNotificationRequest &request) const;

@@ -51,7 +51,7 @@ private Q_SLOTS:
     void clicksThatOthersThanTheServerReportAreIgnored();
     void signalsWithNonsenseAreIgnored();
     void aClickCountsWhenTheServerClosesFirst();
-    void aClosedNotificationIsNotReplaced();
+    void whatIsGoneIsNotReplaced();
     void theClickBringsItsActivationToken();
     void theTokenOfAnotherNotificationIsNotTaken();
     void escapesTheTextOnlyForServersThatReadTags_data();
@@ -373,17 +373,20 @@ void NotificationServerTest::aClickCountsWhenTheServerClosesFirst()
     QCOMPARE(clicks.size(), 1);
 }
 
-void NotificationServerTest::aClosedNotificationIsNotReplaced()
+void NotificationServerTest::whatIsGoneIsNotReplaced()
 {
     Server server(m_bus->address());
     const auto client = newClient();
     show(*client, copied);
     server.close(1);
     settle(*client);
-
     show(*client, copied);
-
     QCOMPARE(server.notifications().at(1).replacedNumber, 0U);
+
+    server.click(2);
+    settle(*client);
+    show(*client, copied);
+    QCOMPARE(server.notifications().at(2).replacedNumber, 0U);
 }
 
 void NotificationServerTest::theClickBringsItsActivationToken()

@@ -25,7 +25,7 @@ void ShownNotifications::close(const Key &key)
 {
     forgetExpired();
     if (Notification *const notification = find(key); notification && !notification->clickableUntil) {
-        notification->clickableUntil = QDeadlineTimer(clicksArriveWithin);
+        notification->clickableUntil = QDeadlineTimer(m_grace);
     }
 }
 

@@ -16,9 +16,12 @@
 /// A value without knowledge of the bus; owned by NotificationServer.
 class ShownNotifications final {
 public:
-    /// Some servers close a notification before they report the click on it. The bound keeps a number that
-    /// the server uses again from being taken for ours.
-    static constexpr auto clicksArriveWithin = std::chrono::seconds(2);
+    static constexpr auto defaultGrace = std::chrono::milliseconds(2000);
+
+    /// `grace` is how long after its closing a click on a notification still counts, because some servers
+    /// close it before they report the click. It has an end so that a number that the server uses again isn't
+    /// taken for ours.
+    explicit ShownNotifications(std::chrono::milliseconds grace = defaultGrace) : m_grace(grace) {}
 
     struct Key {
         /// The server's unique name.
@@ -64,6 +67,7 @@ private:
     void forgetExpired();
     [[nodiscard]] Notification *find(const Key &key);
 
+    std::chrono::milliseconds m_grace;
     /// A handful at most: the program has few identifiers.
     std::vector<Notification> m_notifications;
 };

@@ -15,23 +15,30 @@ UserNotificationCenter &UserNotificationCenter::current()
     return *center;
 }
 
-UserNotificationCenter::UserNotificationCenter(std::unique_ptr<NotificationService> service)
-    : m_service(std::move(service))
+UserNotificationCenter::UserNotificationCenter()
 {
-    if (m_service) {
-        connect(m_service.get(), &NotificationService::clicked, this, &UserNotificationCenter::tellDelegate);
-    }
     // The first to ask for the centre may be any thread.
     moveToThread(QCoreApplication::instance()->thread());
 }
 
+UserNotificationCenter::UserNotificationCenter(std::unique_ptr<NotificationService> service)
+    : UserNotificationCenter()
+{
+    setService(std::move(service));
+}
+
 UserNotificationCenter::~UserNotificationCenter() = default;
+
+void UserNotificationCenter::setService(std::unique_ptr<NotificationService> service)
+{
+    m_service = std::move(service);
+    connect(m_service.get(), &NotificationService::clicked, this, &UserNotificationCenter::tellDelegate);
+}
 
 NotificationService &UserNotificationCenter::service()
 {
     if (!m_service) {
-        m_service = NotificationService::forSession();
-        connect(m_service.get(), &NotificationService::clicked, this, &UserNotificationCenter::tellDelegate);
+        setService(NotificationService::forSession());
     }
     return *m_service;
 }
