@@ -19,7 +19,7 @@ private Q_SLOTS:
 
 namespace {
 
-const QString replacement(QChar(QChar::ReplacementCharacter));
+const QString replacement = QChar(QChar::ReplacementCharacter);
 
 QString ofCodeUnits(std::initializer_list<char16_t> units)
 {

@@ -16,10 +16,9 @@ QDBusConnection newConnection(const QString &address)
 
 } // namespace
 
-RecordingNotificationServer::RecordingNotificationServer(
-    const QString &busAddress, const QStringList &capabilities)
+RecordingNotificationServer::RecordingNotificationServer(const QString &busAddress, QStringList capabilities)
     : m_bus(newConnection(busAddress)),
-      m_capabilities(capabilities)
+      m_capabilities(std::move(capabilities))
 {
     if (!m_bus.registerObject(objectPath, this, QDBusConnection::ExportScriptableInvokables) ||
         !m_bus.registerService(service)) {

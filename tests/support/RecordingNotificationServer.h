@@ -35,7 +35,7 @@ public:
 
     /// Owns `org.freedesktop.Notifications` on that bus from now until it is destroyed.
     explicit RecordingNotificationServer(
-        const QString &busAddress, const QStringList &capabilities = {QStringLiteral("body-markup")});
+        const QString &busAddress, QStringList capabilities = {QStringLiteral("body-markup")});
     ~RecordingNotificationServer() override;
     Q_DISABLE_COPY_MOVE(RecordingNotificationServer)
 
