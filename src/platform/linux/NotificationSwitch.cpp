@@ -1,9 +1,11 @@
 #include "NotificationSwitch.h"
 
 #include "KConfigFile.h"
-#include "configurationFile.h"
+#include "UserDirectories.h"
 #include "gsettings.h"
+#include "settingsFile.h"
 
+#include <QStandardPaths>
 #include <QXmlStreamReader>
 
 #include <algorithm>
@@ -44,7 +46,8 @@ bool plasmaAllows(const QString &key)
     const QStringList groups{QStringLiteral("Applications"), applicationId};
     const QStringList truths{
         QStringLiteral("true"), QStringLiteral("on"), QStringLiteral("yes"), QStringLiteral("1")};
-    for (const QString &path : configurationFile::places(QStringLiteral("plasmanotifyrc"))) {
+    for (const QString &folder : QStandardPaths::standardLocations(QStandardPaths::GenericConfigLocation)) {
+        const QString path = folder + QStringLiteral("/plasmanotifyrc");
         if (const std::optional<QString> value = readKConfigEntry(path, groups, key)) {
             return truths.contains(value->toLower());
         }
@@ -78,8 +81,8 @@ bool enterProperty(QXmlStreamReader &xml, QStringView name)
 /// `/applications/muted_applications` of xfconf's channel, in the file that xfconf keeps it in.
 bool isOffInXfce()
 {
-    const QString file = QStringLiteral("xfce4/xfconf/xfce-perchannel-xml/xfce4-notifyd.xml");
-    QXmlStreamReader xml(configurationFile::contents(configurationFile::places(file).constFirst()));
+    const QString file = QStringLiteral("/xfce4/xfconf/xfce-perchannel-xml/xfce4-notifyd.xml");
+    QXmlStreamReader xml(settingsFile::contents(configurationFolder() + file));
     if (!xml.readNextStartElement() || !enterProperty(xml, u"applications") ||
         !enterProperty(xml, u"muted_applications")) {
         return false;
@@ -96,7 +99,7 @@ bool isOffInXfce()
 /// `blackList` of lxqt-notificationd, which goes by the program's name.
 bool isOffInLxqt()
 {
-    const QString path = configurationFile::places(QStringLiteral("lxqt/notifications.conf")).constFirst();
+    const QString path = configurationFolder() + QStringLiteral("/lxqt/notifications.conf");
     const QString list =
         readKConfigEntry(path, {QStringLiteral("General")}, QStringLiteral("blackList")).value_or(QString());
     return std::ranges::any_of(list.split(u','), [](QString entry) {
