@@ -27,6 +27,8 @@ test_packages=(
     openbox tint2 picom
     gnome-screenshot mate-utils-common gnome-shell-common libglib2.0-dev-bin
 )
+# The compiler that brings a fuzzer, with its libraries.
+fuzz_packages=(clang-19 libclang-rt-19-dev)
 # Formatters and linters, for C++ (the benchmarks' too, which include their library), shell, Python, the desktop
 # entry and the software centre's description.
 lint_packages=(

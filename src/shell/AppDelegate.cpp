@@ -9,6 +9,7 @@
 #include "SettingsWindowDelegate.h"
 #include "UpdaterController.h"
 #include "UserDefaults.h"
+#include "Workspace.h"
 #include "presentWindow.h"
 
 AppDelegate::AppDelegate(WindowViews views)
@@ -44,12 +45,25 @@ void AppDelegate::setUpManagers()
     m_notificationManager = &NotificationManager::shared();
     m_notificationManager->setFolderAccessRequest([] { FileAccessManager::shared().requestFolderAccess(); });
     m_fileAccessManager = &FileAccessManager::shared();
+    offerOwnSettings();
     m_updaterController = std::make_unique<UpdaterController>();
     m_screenshotManager = std::make_unique<ScreenshotManager>();
     m_menuBarManager = std::make_unique<MenuBarManager>(*this);
     NotificationCenter::defaultCenter().addObserver(
         FileAccessManager::folderAccessGranted, this,
         [this](const ProcessNotification &) { folderAccessGranted(); });
+}
+
+/// For links to settings that this desktop has no program for.
+void AppDelegate::offerOwnSettings()
+{
+    if (canShowSettingsWindow()) {
+        Workspace::shared().setOwnSettings([self = QPointer<AppDelegate>(this)] {
+            if (self) {
+                self->showSettingsWindow();
+            }
+        });
+    }
 }
 
 void AppDelegate::loadTimeframe()

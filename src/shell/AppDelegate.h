@@ -84,6 +84,7 @@ public:
 
 private:
     void setUpManagers();
+    void offerOwnSettings();
     void loadTimeframe();
     void createWatcher();
     void startWatching();

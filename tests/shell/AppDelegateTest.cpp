@@ -1,7 +1,9 @@
 #include "AppDelegate.h"
 #include "CapturedOutput.h"
+#include "FileAccessManager.h"
 #include "MenuBarManager.h"
 #include "NotificationCenter.h"
+#include "NotificationManager.h"
 #include "PopUpMenu.h"
 #include "Popover.h"
 #include "PushButton.h"
@@ -9,6 +11,7 @@
 #include "ScreenshotWatcher.h"
 #include "TemporaryHome.h"
 #include "UserDefaults.h"
+#include "Workspace.h"
 #include "files.h"
 #include "runInBackground.h"
 
@@ -17,6 +20,8 @@
 #include <QLabel>
 #include <QSignalSpy>
 #include <QTest>
+
+#include <algorithm>
 
 namespace {
 
@@ -32,6 +37,10 @@ private Q_SLOTS:
     void init();
     void cleanup();
 
+    void theFirstLaunchChecksTheDesktopAndHoldsIt();
+    void terminatingGivesTheAccessBack();
+    void linksToSettingsThatTheDesktopLacksOpenTheOwnOnes();
+    void aPickedFolderThatIsNotTheDesktopIsCalledTheScreenshotFolder();
     void aFreshAccountHasFiveMinutesAndWatches();
     void theStoredDelayIsLoaded_data();
     void theStoredDelayIsLoaded();
@@ -128,6 +137,56 @@ bool AppDelegateTest::isInTrash(const QString &name) const
 PopUpMenu *AppDelegateTest::openMenu()
 {
     return qobject_cast<PopUpMenu *>(QApplication::activePopupWidget());
+}
+
+void AppDelegateTest::theFirstLaunchChecksTheDesktopAndHoldsIt()
+{
+    launch();
+    const QString desktop = m_home->desktop();
+    QCOMPARE(
+        m_output->lines(), (QStringList{
+                               QStringLiteral("Requesting access to Desktop folder at: ") + desktop,
+                               QStringLiteral("Desktop folder access granted"),
+                               QStringLiteral("Successfully created bookmark for: ") + desktop,
+                               QStringLiteral("Persistent Desktop access stopped"),
+                               QStringLiteral("Persistent Desktop access started: ") + desktop,
+                           }));
+    QCOMPARE(m_delegate->fileAccessManager()->persistentAccessUrl(), QUrl::fromLocalFile(desktop));
+}
+
+void AppDelegateTest::terminatingGivesTheAccessBack()
+{
+    launch();
+    m_delegate->applicationWillTerminate();
+    QCOMPARE(m_output->lines().constLast(), QStringLiteral("Persistent Desktop access stopped"));
+    QVERIFY(!m_delegate->fileAccessManager()->persistentAccessUrl());
+}
+
+void AppDelegateTest::linksToSettingsThatTheDesktopLacksOpenTheOwnOnes()
+{
+    launch({.settings = [] { return std::make_unique<QLabel>(); }, .gallery = {}});
+    QVERIFY(Workspace::shared().open(NotificationManager::fileAccessSettings()));
+    QTRY_VERIFY(m_delegate->settingsWindow() != nullptr);
+    // A delegate that is gone opens nothing.
+    m_delegate.reset();
+    Workspace::shared().open(NotificationManager::fileAccessSettings());
+    QCoreApplication::processEvents();
+    const auto windows = QApplication::topLevelWidgets();
+    QVERIFY(std::ranges::none_of(windows, &QWidget::isVisible));
+}
+
+void AppDelegateTest::aPickedFolderThatIsNotTheDesktopIsCalledTheScreenshotFolder()
+{
+    launch();
+    const auto title = [] { return FileAccessManager::tr("Select Desktop Folder"); };
+    QCOMPARE(title(), QStringLiteral("Select Desktop Folder"));
+    QSignalSpy grants(&NotificationCenter::defaultCenter(), &NotificationCenter::posted);
+    m_delegate->fileAccessManager()->handleSelectedFolder(QUrl::fromLocalFile(m_home->pictures()));
+    QTRY_COMPARE_WITH_TIMEOUT(grants.size(), 1, patience);
+    QCOMPARE(title(), QStringLiteral("Select Screenshot Folder"));
+    m_delegate->fileAccessManager()->handleSelectedFolder(QUrl::fromLocalFile(m_home->desktop()));
+    QTRY_COMPARE_WITH_TIMEOUT(grants.size(), 2, patience);
+    QCOMPARE(title(), QStringLiteral("Select Desktop Folder"));
 }
 
 void AppDelegateTest::aFreshAccountHasFiveMinutesAndWatches()
