@@ -100,10 +100,10 @@ QList<ScreenshotItem> screenshotListing::scanDirectory(const FileManager &fileMa
                 attributes.error().description());
             continue;
         }
+        const std::optional<QDateTime> &created = attributes->creationDate;
         items.append({
             .id = path,
-            .creationDate =
-                attributes->creationDate ? *attributes->creationDate : QDateTime::currentDateTimeUtc(),
+            .creationDate = created ? *created : QDateTime::currentDateTimeUtc(),
             .fileSize = attributes->size,
         });
     }
