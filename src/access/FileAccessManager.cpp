@@ -5,6 +5,7 @@
 #include "OpenPanel.h"
 #include "Preferences.h"
 #include "SecurityScopedAccess.h"
+#include "folderAccess.h"
 #include "print.h"
 #include "runInBackground.h"
 #include "screenshotListing.h"
@@ -14,18 +15,6 @@
 #include <utility>
 
 namespace {
-
-/// How many entries the folder has, hidden ones too.
-Result<qsizetype> entryCount(const FileManager &fileManager, const QString &path)
-{
-    qsizetype count = 0;
-    const auto state = fileManager.contentsOfDirectory(
-        path, FileManager::ListingOption::None, [&count](QByteArrayView /*name*/) { ++count; });
-    if (!state) {
-        return std::unexpected(state.error());
-    }
-    return count;
-}
 
 QString accessFailure(const Error &error)
 {
@@ -49,49 +38,23 @@ QString folderName(const QUrl &url)
     return name.isEmpty() ? QStringLiteral("/") : name;
 }
 
-/// Whether the bookmark leads to a folder that can be listed. Any thread; takes and gives back an access of
-/// its own.
-bool verifyAccess(const FileManager &fileManager, const QString &bookmarkKey, const QByteArray &bookmark)
+/// Makes the bookmark of a folder that the user picked, or tells him why it can't be made. Any thread.
+std::optional<QByteArray> makePickedBookmark(const QUrl &url)
 {
-    const QString failure = QStringLiteral("Error verifying access: ");
-    const auto url = storedBookmark::resolve(bookmarkKey, bookmark);
-    if (!url) {
-        print(failure + url.error().description());
-        return false;
-    }
-    const auto access = SecurityScopedAccess::start(*url);
-    if (!access) {
-        print(QStringLiteral("Could not start accessing security-scoped resource"));
-        return false;
-    }
-    const auto count = entryCount(fileManager, url->path());
-    if (!count) {
-        print(failure + count.error().description());
-        return false;
-    }
-    print(QStringLiteral("Successfully accessed %1 files in ").arg(*count) + url->path());
-    return true;
-}
-
-/// Makes and stores the bookmark of a folder that the user picked. Any thread.
-std::optional<QByteArray> storePickedFolder(const QString &bookmarkKey, const QUrl &url)
-{
-    const auto bookmark = Bookmark::make(url, Bookmark::Origin::PickedByUser);
+    auto bookmark = Bookmark::make(url, Bookmark::Origin::PickedByUser);
     if (!bookmark) {
         print(QStringLiteral("Error creating bookmark: ") + bookmark.error().description());
         NotificationManager::shared().showAccessFailed(bookmark.error().localizedDescription);
         return std::nullopt;
     }
-    storedBookmark::store(bookmarkKey, *bookmark);
-    print(QStringLiteral("Successfully created bookmark for: ") + url.path());
-    return *bookmark;
+    return std::move(*bookmark);
 }
 
-/// As `verifyAccess`, and tells the user when it fails.
+/// As `folderAccess::verify`, and tells the user when it fails.
 bool verifyPickedFolder(
     const FileManager &fileManager, const QString &bookmarkKey, const QByteArray &bookmark)
 {
-    const bool isVerified = verifyAccess(fileManager, bookmarkKey, bookmark);
+    const bool isVerified = folderAccess::verify(fileManager, bookmarkKey, bookmark);
     if (!isVerified) {
         NotificationManager::shared().showAccessFailed(
             FileAccessManager::tr("Could not verify folder access"));
@@ -118,6 +81,7 @@ FileAccessManager::FileAccessManager()
 
 void FileAccessManager::checkInitialAccess()
 {
+    m_fileManager->makeDesktop();
     const QList<QUrl> urls = m_fileManager->urls(SearchPathDirectory::Desktop);
     if (urls.isEmpty()) {
         print(QStringLiteral("Error: Could not locate Desktop directory"));
@@ -126,7 +90,7 @@ void FileAccessManager::checkInitialAccess()
     }
     const QUrl &desktop = urls.constFirst();
     print(QStringLiteral("Requesting access to Desktop folder at: ") + desktop.path());
-    const auto count = entryCount(*m_fileManager, desktop.path());
+    const auto count = folderAccess::entryCount(*m_fileManager, desktop.path());
     if (!count) {
         print(QStringLiteral("Error accessing Desktop folder: ") + accessFailure(count.error()));
         NotificationManager::shared().showDesktopAccessRequired();
@@ -141,11 +105,11 @@ void FileAccessManager::checkInitialAccess()
 /// the background, because nothing depends on it.
 void FileAccessManager::touchOtherFolders() const
 {
-    background::pool(BackgroundQueue::Scan).start([fileManager = m_fileManager] {
+    background::pool(BackgroundQueue::Listing).start([fileManager = m_fileManager] {
         for (const SearchPathDirectory directory :
              {SearchPathDirectory::Pictures, SearchPathDirectory::Downloads}) {
             for (const QUrl &url : fileManager->urls(directory)) {
-                std::ignore = entryCount(*fileManager, url.path());
+                std::ignore = folderAccess::entryCount(*fileManager, url.path());
             }
         }
     });
@@ -197,12 +161,21 @@ void FileAccessManager::stopPersistentAccess()
 
 void FileAccessManager::requestFolderAccess()
 {
+    // The folder may lie on a disk that takes its time.
+    runInBackground(
+        this, BackgroundQueue::Listing,
+        [fileManager = m_fileManager] { return fileManager->urls(SearchPathDirectory::Desktop).value(0); },
+        [this](const QUrl &desktop) { showOpenPanel(desktop); });
+}
+
+void FileAccessManager::showOpenPanel(const QUrl &directory)
+{
     delete m_openPanel;
     m_openPanel = new OpenPanel(this);
     m_openPanel->setPrompt(tr("Grant Access"));
     m_openPanel->setMessage(tr("Please select your Desktop folder to grant access for screenshot detection"));
     m_openPanel->setTitle(tr("Select Desktop Folder"));
-    m_openPanel->setDirectoryUrl(m_fileManager->urls(SearchPathDirectory::Desktop).value(0));
+    m_openPanel->setDirectoryUrl(directory);
     m_openPanel->begin([this, panel = m_openPanel](OpenPanel::ModalResponse response) {
         const QUrl url = panel->url();
         panel->deleteLater();
@@ -214,18 +187,22 @@ void FileAccessManager::requestFolderAccess()
 
 void FileAccessManager::handleSelectedFolder(const QUrl &url)
 {
+    const quint64 pick = ++m_picks;
     runInBackground(
-        this, [key = m_bookmarkKey, url] { return storePickedFolder(key, url); },
-        [this, url](const std::optional<QByteArray> &bookmark) {
-            if (bookmark) {
-                takeOver(url, *bookmark);
+        this, [url] { return makePickedBookmark(url); },
+        [this, pick, url](const std::optional<QByteArray> &bookmark) {
+            if (bookmark && pick == m_picks) {
+                takeOver(pick, url, *bookmark);
             }
         });
 }
 
-/// What a picked folder needs once its bookmark is stored: held access, a check, and the announcement.
-void FileAccessManager::takeOver(const QUrl &url, const QByteArray &bookmark)
+/// What a picked folder needs once it has a bookmark: held access, a check, and the announcement. Of several
+/// picks in a row only the last is announced.
+void FileAccessManager::takeOver(quint64 pick, const QUrl &url, const QByteArray &bookmark)
 {
+    storedBookmark::store(m_bookmarkKey, bookmark);
+    print(QStringLiteral("Successfully created bookmark for: ") + url.path());
     stopPersistentAccess();
     startPersistentAccess();
     runInBackground(
@@ -233,8 +210,8 @@ void FileAccessManager::takeOver(const QUrl &url, const QByteArray &bookmark)
         [fileManager = m_fileManager, key = m_bookmarkKey, bookmark] {
             return verifyPickedFolder(*fileManager, key, bookmark);
         },
-        [url](bool isVerified) {
-            if (isVerified) {
+        [this, pick, url](bool isVerified) {
+            if (isVerified && pick == m_picks) {
                 NotificationManager::shared().showAccessGranted(folderName(url));
                 NotificationCenter::defaultCenter().post(folderAccessGranted);
             }
@@ -244,7 +221,7 @@ void FileAccessManager::takeOver(const QUrl &url, const QByteArray &bookmark)
 bool FileAccessManager::hasValidAccess() const
 {
     const auto bookmark = storedBookmark::data(m_bookmarkKey);
-    return bookmark && verifyAccess(*m_fileManager, m_bookmarkKey, *bookmark);
+    return bookmark && folderAccess::verify(*m_fileManager, m_bookmarkKey, *bookmark);
 }
 
 void FileAccessManager::loadScreenshots(
@@ -252,7 +229,7 @@ void FileAccessManager::loadScreenshots(
     std::function<void(QList<ScreenshotItem>)> done) const
 {
     runInBackground(
-        owner, BackgroundQueue::Scan,
+        owner, BackgroundQueue::Listing,
         [fileManager = m_fileManager, key = m_bookmarkKey, directories] {
             return screenshotListing::loadScreenshots(*fileManager, key, directories);
         },

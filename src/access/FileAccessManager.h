@@ -45,7 +45,7 @@ public:
     /// Shows the folder picker and returns at once. A picker that is open already gives way to the new one.
     void requestFolderAccess();
 
-    /// Takes over a folder that the user picked, partly in the background.
+    /// Takes over a folder that the user picked, partly in the background. The last of several picks counts.
     void handleSelectedFolder(const QUrl &url);
 
     /// Whether the bookmarked folder can be listed at this moment. Any thread; blocks for as long as the
@@ -62,11 +62,14 @@ private:
     void checkInitialAccess();
     void touchOtherFolders() const;
     void createBookmark(const QUrl &url);
-    void takeOver(const QUrl &url, const QByteArray &bookmark);
+    void showOpenPanel(const QUrl &directory);
+    void takeOver(quint64 pick, const QUrl &url, const QByteArray &bookmark);
 
     const FileManager *m_fileManager;
     QString m_bookmarkKey;
     std::optional<QUrl> m_persistentAccessUrl;
 
     QPointer<OpenPanel> m_openPanel;
+    /// How many folders the user has picked in this run.
+    quint64 m_picks = 0;
 };

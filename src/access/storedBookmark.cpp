@@ -5,11 +5,15 @@
 
 namespace {
 
-void refreshStaleBookmark(const QString &key, const QUrl &url, Bookmark::Origin origin)
+void refreshStaleBookmark(const QString &key, const QByteArray &stale, const QUrl &url)
 {
-    const auto bookmark = Bookmark::make(url, origin);
+    const auto bookmark = Bookmark::make(url, Bookmark::origin(stale));
     if (!bookmark) {
         print(QStringLiteral("Failed to refresh stale bookmark: ") + bookmark.error().description());
+        return;
+    }
+    // The user may have picked another folder while this one was looked for.
+    if (storedBookmark::data(key) != stale) {
         return;
     }
     storedBookmark::store(key, *bookmark);
@@ -35,7 +39,7 @@ Result<QUrl> storedBookmark::resolve(const QString &key, const QByteArray &bookm
         return std::unexpected(resolved.error());
     }
     if (resolved->isStale) {
-        refreshStaleBookmark(key, resolved->url, Bookmark::origin(bookmark));
+        refreshStaleBookmark(key, bookmark, resolved->url);
     }
     return resolved->url;
 }

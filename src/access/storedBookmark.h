@@ -16,7 +16,7 @@ namespace storedBookmark {
 
 void store(const QString &key, const QByteArray &bookmark);
 
-/// Resolves the bookmark; if it is stale, stores a new one in its place.
+/// Resolves the bookmark; if it is stale and still the stored one, stores a new one in its place.
 [[nodiscard]] Result<QUrl> resolve(const QString &key, const QByteArray &bookmark);
 
 /// Who chose the folder of the stored bookmark: a bookmark that is made in its place keeps that.

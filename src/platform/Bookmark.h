@@ -38,9 +38,10 @@ struct ResolvedBookmark {
 /// Cocoa error 4 if there is no such folder.
 [[nodiscard]] Result<QByteArray> make(const QUrl &folder, Origin origin);
 
-/// Finds the folder: first at its path; then where the access that the program keeps says that it was moved;
-/// then under another name in the folder that it was in (among the first 10,000 entries). If it is nowhere,
-/// the folder that has its name now is taken. Cocoa error 4 if there is none.
+/// Finds the folder: first at its path; then where the access that the program keeps says that it was moved,
+/// but not in the Trash; then under another name in the folder that it was in (among the first 10,000
+/// entries). If it is nowhere, or wasn't picked by the user, the folder that has its name now is taken. Cocoa
+/// error 4 if there is none.
 [[nodiscard]] Result<ResolvedBookmark> resolve(const QByteArray &bookmark);
 
 /// The folder if the user picked it: where `resolve` finds it, or where it was if it can't be found now (it

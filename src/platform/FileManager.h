@@ -46,9 +46,13 @@ public:
     /// folder itself.
     ///
     /// *Desktop* is the folder that the user picked, if he did; else the one in which the session's capture
-    /// tool saves by itself, made if the tool would make it (docs/capture-tools.md); the user's desktop
-    /// folder where no tool is known or the tool has none.
+    /// tool saves by itself (docs/capture-tools.md); the user's desktop folder where no tool is known or the
+    /// tool has none.
     [[nodiscard]] QList<QUrl> urls(SearchPathDirectory directory) const;
+
+    /// Makes the folder in the role *Desktop* if it is missing and the capture tool would make it with its
+    /// next screenshot. Whether that worked shows when it is listed.
+    void makeDesktop() const;
 
     /// Whether the role *Desktop* is held by another folder than the user's desktop folder, compared as
     /// cleaned paths. Decides whether a text may call it the "Desktop folder". Costs the same as `urls`.

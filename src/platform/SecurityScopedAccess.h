@@ -21,10 +21,11 @@ public:
     ~SecurityScopedAccess();
 
     /// Where the held folder is now; a guess to be checked, because a folder that was removed still answers
-    /// with its last path. Empty if the system can't say.
+    /// with its last path. Empty if the system can't say, or the folder isn't held open.
     [[nodiscard]] QUrl currentUrl() const;
 
-    /// Keeps the access for the program, instead of the one that was kept until now; empty keeps none.
+    /// Keeps the access for the program, instead of the one that was kept until now; empty keeps none. On
+    /// another volume than the home folder's the folder isn't held open meanwhile: its drive can be ejected.
     static void keep(std::optional<SecurityScopedAccess> access);
 
     /// `currentUrl` of the access that is kept for the program; empty if none is.
@@ -36,6 +37,8 @@ public:
 private:
     explicit SecurityScopedAccess(int descriptor);
 
-    /// -1 in a value that was moved from.
+    /// -1 if the folder isn't held open.
     int m_descriptor;
+    /// False in a value that was moved from.
+    bool m_isActive = true;
 };

@@ -1,6 +1,7 @@
 #include "AppDelegate.h"
 
 #include "FileAccessManager.h"
+#include "FileManager.h"
 #include "MenuBarManager.h"
 #include "NotificationCenter.h"
 #include "NotificationManager.h"
@@ -11,6 +12,7 @@
 #include "UserDefaults.h"
 #include "Workspace.h"
 #include "presentWindow.h"
+#include "runInBackground.h"
 
 AppDelegate::AppDelegate(WindowViews views)
     : m_preferences(&UserDefaults::standard()),
@@ -41,9 +43,10 @@ void AppDelegate::applicationWillTerminate()
 
 void AppDelegate::setUpManagers()
 {
-    m_wording.update();
     m_notificationManager = &NotificationManager::shared();
     m_notificationManager->setFolderAccessRequest([] { FileAccessManager::shared().requestFolderAccess(); });
+    // The check of the folder may have something to say.
+    m_wording.use(FileManager::defaultManager().isDesktopElsewhere());
     m_fileAccessManager = &FileAccessManager::shared();
     offerOwnSettings();
     m_updaterController = std::make_unique<UpdaterController>();
@@ -52,6 +55,14 @@ void AppDelegate::setUpManagers()
     NotificationCenter::defaultCenter().addObserver(
         FileAccessManager::folderAccessGranted, this,
         [this](const ProcessNotification &) { folderAccessGranted(); });
+}
+
+/// After the folder's role may have changed, without waiting for a disk.
+void AppDelegate::updateWording()
+{
+    runInBackground(
+        this, BackgroundQueue::Listing, [] { return FileManager::defaultManager().isDesktopElsewhere(); },
+        [this](bool isDesktopElsewhere) { m_wording.use(isDesktopElsewhere); });
 }
 
 /// For links to settings that this desktop has no program for.
@@ -95,9 +106,8 @@ void AppDelegate::startWatching()
 
 void AppDelegate::folderAccessGranted()
 {
-    // The folder's role may have changed with it.
-    m_wording.update();
     createWatcher();
+    updateWording();
 }
 
 void AppDelegate::watcherDidDetectScreenshot(const QString &path)

@@ -84,6 +84,7 @@ public:
 
 private:
     void setUpManagers();
+    void updateWording();
     void offerOwnSettings();
     void loadTimeframe();
     void createWatcher();

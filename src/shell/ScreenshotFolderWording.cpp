@@ -1,6 +1,5 @@
 #include "ScreenshotFolderWording.h"
 
-#include "FileManager.h"
 #include "fatalError.h"
 
 #include <QCoreApplication>
@@ -11,14 +10,13 @@ const QString catalogueFile = QStringLiteral(":/translations/screenshot-folder_e
 
 } // namespace
 
-void ScreenshotFolderWording::update()
+void ScreenshotFolderWording::use(bool isDesktopElsewhere)
 {
-    const bool isWanted = FileManager::defaultManager().isDesktopElsewhere();
-    if (isWanted == m_isInstalled) {
+    if (isDesktopElsewhere == m_isInstalled) {
         return;
     }
-    m_isInstalled = isWanted;
-    if (!isWanted) {
+    m_isInstalled = isDesktopElsewhere;
+    if (!isDesktopElsewhere) {
         QCoreApplication::removeTranslator(&m_catalogue);
         return;
     }

@@ -6,8 +6,8 @@
 /// works with isn't the Desktop. Main thread.
 class ScreenshotFolderWording final {
 public:
-    /// Looks which folder it is now. Reads the settings of the desktop's capture tool.
-    void update();
+    /// `isDesktopElsewhere` is FileManager's.
+    void use(bool isDesktopElsewhere);
 
 private:
     QTranslator m_catalogue;

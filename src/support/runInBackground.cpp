@@ -8,7 +8,7 @@ namespace background {
 
 namespace {
 
-constexpr int queueCount = 3;
+constexpr int queueCount = 4;
 
 /// How long the end of the program waits for work under way: a move to the Trash may be waiting two seconds
 /// for a writer, and a scan may hang for good on a dead mount.
@@ -40,6 +40,7 @@ void finishBackgroundWork()
 {
     background::pool(BackgroundQueue::UserInitiated).clear();
     background::pool(BackgroundQueue::Scan).clear();
+    background::pool(BackgroundQueue::Listing).clear();
     const QDeadlineTimer deadline(background::shutDownMilliseconds);
     for (QThreadPool &pool : background::pools()) {
         pool.waitForDone(static_cast<int>(deadline.remainingTime()));

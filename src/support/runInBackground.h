@@ -16,6 +16,8 @@ enum class BackgroundQueue {
     UserInitiated,
     /// The watcher's listings.
     Scan,
+    /// Other looks into folders, the gallery's above all.
+    Listing,
 };
 
 namespace background {

@@ -12,7 +12,7 @@
 
 namespace {
 
-/// What was understood must be written again as the same bytes.
+/// What was understood must mean the same when it is written and read again.
 void checkRoundTrip(const QByteArray &bookmark)
 {
     const auto data = BookmarkData::decode(bookmark);

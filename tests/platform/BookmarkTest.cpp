@@ -66,6 +66,7 @@ private Q_SLOTS:
     void folderMovedElsewhereIsFoundByKeptAccess();
     void folderMovedElsewhereIsNotFoundWithoutKeptAccess();
     void keptAccessToAnotherFolderMisleadsNobody();
+    void folderInTheTrashIsGone();
     void replacedFolderIsStaleWithItsUrl();
     void replacedFolderIsStaleWithTheUrlOfTheOneThatMoved();
     void returnedFolderIsFreshAgain();
@@ -216,6 +217,17 @@ void BookmarkTest::keptAccessToAnotherFolderMisleadsNobody()
     QVERIFY(!Bookmark::resolve(bookmark));
 }
 
+void BookmarkTest::folderInTheTrashIsGone()
+{
+    const TemporaryHome home;
+    const QByteArray bookmark = makeBookmark(home.desktop(), Origin::PickedByUser);
+    SecurityScopedAccess::keep(SecurityScopedAccess::start(fileUrl(home.desktop())));
+    QVERIFY(QDir().mkpath(home.trashedFiles()));
+    QVERIFY(QDir().rename(home.desktop(), home.trashedFiles() + QStringLiteral("/Desktop")));
+    const auto resolved = Bookmark::resolve(bookmark);
+    QVERIFY(!resolved && resolved.error().isCocoa(Error::FileNoSuchFile));
+}
+
 void BookmarkTest::replacedFolderIsStaleWithItsUrl()
 {
     const TemporaryHome home;
@@ -231,13 +243,17 @@ void BookmarkTest::replacedFolderIsStaleWithItsUrl()
 void BookmarkTest::replacedFolderIsStaleWithTheUrlOfTheOneThatMoved()
 {
     const TemporaryHome home;
-    const QByteArray bookmark = makeBookmark(home.desktop());
+    const QByteArray bookmark = makeBookmark(home.desktop(), Origin::PickedByUser);
+    const QByteArray automatic = makeBookmark(home.desktop(), Origin::Automatic);
     const QString renamed = home.path() + QStringLiteral("/renamed");
     QVERIFY(QDir().rename(home.desktop(), renamed));
     QVERIFY(QDir().mkdir(home.desktop()));
     const auto resolved = Bookmark::resolve(bookmark);
     QVERIFY(resolved && resolved->isStale);
     QCOMPARE(resolved->url, fileUrl(renamed));
+    // A folder that nobody picked counts by its name.
+    QVERIFY(Bookmark::resolve(automatic)->isStale);
+    QCOMPARE(Bookmark::resolve(automatic)->url, fileUrl(home.desktop()));
 }
 
 void BookmarkTest::returnedFolderIsFreshAgain()

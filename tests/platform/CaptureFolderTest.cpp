@@ -153,8 +153,9 @@ void CaptureFolderTest::letsOthersIntoTheFolderAsUsual()
     const TemporaryHome home;
     DesktopSession{.desktop = "GNOME"}.start(home);
     const mode_t mask = ::umask(027);
-    const QString folder = desktopFolder();
+    FileManager::defaultManager().makeDesktop();
     ::umask(mask);
+    const QString folder = desktopFolder();
     struct stat status = {};
     QCOMPARE(::stat(folder.toUtf8().constData(), &status), 0);
     QCOMPARE(status.st_mode & 0777U, mode_t(0750));

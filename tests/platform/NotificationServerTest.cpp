@@ -464,7 +464,8 @@ void NotificationServerTest::hostileTextReachesTheServer()
     show(*client, hostile);
 
     QCOMPARE(server.notifications().constFirst().title, QStringLiteral("a b\uFFFD"));
-    QCOMPARE(server.notifications().constFirst().body, QStringLiteral("a \uFFFD\u202Eb"));
+    // What would turn the rest of the text round is gone.
+    QCOMPARE(server.notifications().constFirst().body, QStringLiteral("a \uFFFDb"));
     QVERIFY(m_client.isConnected());
 }
 

@@ -4,11 +4,13 @@
 
 #include <QDir>
 #include <QFile>
+#include <QTemporaryDir>
 #include <QTest>
 
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <thread>
 #include <vector>
 
@@ -37,6 +39,7 @@ private Q_SLOTS:
     void knowsWhereTheFolderWent();
     void theKeptAccessLastsUntilAnotherTakesItsPlace();
     void theKeptAccessMayBeReadWhileItChanges();
+    void aDriveCanBeEjectedWhileAFolderOnItIsKept();
 };
 
 void SecurityScopedAccessTest::cleanup()
@@ -175,6 +178,27 @@ void SecurityScopedAccessTest::theKeptAccessMayBeReadWhileItChanges()
     reader.join();
     SecurityScopedAccess::keep(std::nullopt);
     QVERIFY(isAlwaysOneOfBoth);
+}
+
+void SecurityScopedAccessTest::aDriveCanBeEjectedWhileAFolderOnItIsKept()
+{
+    const TemporaryHome home;
+    // The memory file system stands for the drive.
+    const QTemporaryDir drive(QStringLiteral("/dev/shm/deskbroom-test-XXXXXX"));
+    struct stat driveStatus = {};
+    struct stat homeStatus = {};
+    QCOMPARE(::stat(QFile::encodeName(drive.path()).constData(), &driveStatus), 0);
+    QCOMPARE(::stat(QFile::encodeName(home.path()).constData(), &homeStatus), 0);
+    if (driveStatus.st_dev == homeStatus.st_dev) {
+        QSKIP("The home folder of the tests is on the memory file system too");
+    }
+    SecurityScopedAccess::keep(SecurityScopedAccess::start(QUrl::fromLocalFile(drive.path())));
+    QCOMPARE(SecurityScopedAccess::activeCount(), 1);
+    QVERIFY(SecurityScopedAccess::keptUrl().isEmpty());
+    const auto links = QDir(QStringLiteral("/proc/self/fd")).entryInfoList(QDir::System | QDir::Files);
+    QVERIFY(std::ranges::none_of(
+        links, [&drive](const QFileInfo &link) { return link.symLinkTarget().startsWith(drive.path()); }));
+    SecurityScopedAccess::keep(std::nullopt);
 }
 
 QTEST_GUILESS_MAIN(SecurityScopedAccessTest)

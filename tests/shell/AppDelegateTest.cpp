@@ -46,7 +46,7 @@ private Q_SLOTS:
     void theStoredDelayIsLoaded();
     void aChangedDelayIsStoredAtOnce();
     void aChangeOfTheDelayIsAnnounced();
-    void launchingWritesNoPreference();
+    void launchingWritesNoPreferenceButTheBookmark();
     void choosingTheSettingsTwiceOpensOneWindow();
     void closingEveryWindowLeavesTheProgramRunning();
     void withoutViewsTheWindowItemsAreDisabled();
@@ -183,10 +183,10 @@ void AppDelegateTest::aPickedFolderThatIsNotTheDesktopIsCalledTheScreenshotFolde
     QSignalSpy grants(&NotificationCenter::defaultCenter(), &NotificationCenter::posted);
     m_delegate->fileAccessManager()->handleSelectedFolder(QUrl::fromLocalFile(m_home->pictures()));
     QTRY_COMPARE_WITH_TIMEOUT(grants.size(), 1, patience);
-    QCOMPARE(title(), QStringLiteral("Select Screenshot Folder"));
+    QTRY_COMPARE(title(), QStringLiteral("Select Screenshot Folder"));
     m_delegate->fileAccessManager()->handleSelectedFolder(QUrl::fromLocalFile(m_home->desktop()));
     QTRY_COMPARE_WITH_TIMEOUT(grants.size(), 2, patience);
-    QCOMPARE(title(), QStringLiteral("Select Desktop Folder"));
+    QTRY_COMPARE(title(), QStringLiteral("Select Desktop Folder"));
 }
 
 void AppDelegateTest::aFreshAccountHasFiveMinutesAndWatches()
@@ -232,7 +232,7 @@ void AppDelegateTest::aChangeOfTheDelayIsAnnounced()
     QCOMPARE(delayWhenAnnounced, 5);
 }
 
-void AppDelegateTest::launchingWritesNoPreference()
+void AppDelegateTest::launchingWritesNoPreferenceButTheBookmark()
 {
     launch();
     QVERIFY(!UserDefaults::standard().contains(preferences::timeframeInMinutes));

@@ -61,12 +61,20 @@ QByteArray pathAmongSiblings(const BookmarkData &data)
     return path;
 }
 
+/// Whether the path leads into a home Trash or another volume's, whose folders the FreeDesktop.org Trash
+/// specification names: what lies there was deleted.
+bool isInTrash(const QByteArray &path)
+{
+    return path.contains("/Trash/files/") || path.contains("/.Trash/") || path.contains("/.Trash-");
+}
+
 /// Where the folder is now that it isn't at its path; empty if it can't be found.
 QByteArray pathAfterMove(const BookmarkData &data)
 {
     const QByteArray kept = nativePath(SecurityScopedAccess::keptUrl().toLocalFile());
     const auto folder = folderAt(kept);
-    return folder && folder->isSameFolder(data.identity) ? kept : pathAmongSiblings(data);
+    const bool isKept = folder && folder->isSameFolder(data.identity) && !isInTrash(kept);
+    return isKept ? kept : pathAmongSiblings(data);
 }
 
 QUrl urlOf(const QByteArray &path)
@@ -86,6 +94,10 @@ Result<Bookmark::ResolvedBookmark> locate(const BookmarkData &data)
         return located;
     }
     located.isStale = true;
+    // A folder that nobody picked counts by its name: whatever is there has its role now.
+    if (present && !located.pickedByUser) {
+        return located;
+    }
     if (const QByteArray moved = pathAfterMove(data); !moved.isEmpty()) {
         located.url = urlOf(moved);
         return located;

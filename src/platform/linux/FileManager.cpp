@@ -92,12 +92,18 @@ QString ownFolder(SearchPathDirectory directory)
     return QDir::homePath();
 }
 
+/// What the user picked for the role *Desktop*, if he did.
+std::optional<QUrl> pickedFolder()
+{
+    const auto bookmark = UserDefaults::standard().data(FileManager::folderBookmarkPreference);
+    return bookmark ? Bookmark::pickedFolder(*bookmark) : std::nullopt;
+}
+
 /// The folder that holds the role *Desktop* in place of the user's own desktop folder, if one does: what the
 /// user picked, before all else.
 std::optional<QString> folderInPlaceOfDesktop()
 {
-    const auto bookmark = UserDefaults::standard().data(FileManager::folderBookmarkPreference);
-    const auto picked = bookmark ? Bookmark::pickedFolder(*bookmark) : std::nullopt;
+    const auto picked = pickedFolder();
     return picked ? picked->toLocalFile() : captureFolder();
 }
 
@@ -119,6 +125,13 @@ QList<QUrl> FileManager::urls(SearchPathDirectory directory) const
     }
     const QString path = ownFolder(directory);
     return path == QDir::homePath() ? QList<QUrl>() : QList<QUrl>{QUrl::fromLocalFile(path)};
+}
+
+void FileManager::makeDesktop() const
+{
+    if (!pickedFolder()) {
+        makeCaptureFolder();
+    }
 }
 
 bool FileManager::isDesktopElsewhere() const

@@ -7,6 +7,7 @@
 
 #include <QCoreApplication>
 #include <QDBusServiceWatcher>
+#include <QGuiApplication>
 
 #include <utility>
 
@@ -27,7 +28,7 @@ QDBusMessage methodOf(const QString &address, const QString &method)
     return QDBusMessage::createMethodCall(address, objectPath, interfaceName, method);
 }
 
-/// In the order of the specification's parameters.
+/// In the order of the method's parameters.
 QVariantList notifyArguments(uint replacedNumber, const UserNotificationContent &content, BodyFormat format)
 {
     constexpr uchar normalUrgency = 1;
@@ -219,8 +220,9 @@ void NotificationServer::takeClick(const QDBusMessage &signal)
     if (!click) {
         return;
     }
-    if (!click->activationToken.isEmpty()) {
-        // The toolkit hands this to the compositor with the next request to activate a window.
+    if (!click->activationToken.isEmpty() && QGuiApplication::platformName() != u"xcb") {
+        // The toolkit hands this to the compositor with the next request to activate a window, and takes it
+        // out again; on X11 nobody would.
         qputenv("XDG_ACTIVATION_TOKEN", click->activationToken.toUtf8());
     }
     Q_EMIT clicked(click->request);

@@ -2,14 +2,12 @@
 
 #include "NotificationServer.h"
 #include "PortalNotifications.h"
-
-#include <QFile>
+#include "isSandboxed.h"
 
 std::unique_ptr<NotificationService> NotificationService::forSession()
 {
     const QDBusConnection bus = QDBusConnection::sessionBus();
-    // Flatpak's mark inside its sandboxes.
-    if (QFile::exists(QStringLiteral("/.flatpak-info"))) {
+    if (isSandboxed()) {
         return std::make_unique<PortalNotifications>(bus);
     }
     return std::make_unique<NotificationServer>(bus);

@@ -2,6 +2,7 @@
 
 #include "KConfigFile.h"
 #include "UserDirectories.h"
+#include "currentDesktops.h"
 #include "gsettings.h"
 #include "settingsFile.h"
 
@@ -128,9 +129,10 @@ constexpr std::array<Desktop, 6> desktops = {{
 
 NotificationSwitch readNotificationSwitch()
 {
-    for (const QString &name : qEnvironmentVariable("XDG_CURRENT_DESKTOP").split(u':')) {
-        const auto *const desktop =
-            std::ranges::find_if(desktops, [&name](const Desktop &known) { return known.name == name; });
+    for (const QString &name : currentDesktops()) {
+        const auto *const desktop = std::ranges::find_if(desktops, [&name](const Desktop &known) {
+            return name.compare(known.name, Qt::CaseInsensitive) == 0;
+        });
         if (desktop != desktops.end()) {
             return desktop->isOff() ? NotificationSwitch::Off : NotificationSwitch::On;
         }

@@ -1,5 +1,6 @@
 #include "QtSettingsFile.h"
 
+#include "escapedCharacter.h"
 #include "settingsFile.h"
 
 namespace {
@@ -9,29 +10,6 @@ constexpr int hexadecimal = 16;
 bool isHexadecimalDigit(QChar character)
 {
     return character.unicode() < 0x80 && QStringView(u"0123456789abcdefABCDEF").contains(character);
-}
-
-QChar escapedCharacter(QChar letter)
-{
-    switch (letter.unicode()) {
-    case 'a':
-        return u'\a';
-    case 'b':
-        return u'\b';
-    case 'f':
-        return u'\f';
-    case 'n':
-        return u'\n';
-    case 'r':
-        return u'\r';
-    case 't':
-        return u'\t';
-    case 'v':
-        return u'\v';
-    default:
-        // A quote or a backslash, which stands for itself.
-        return letter;
-    }
 }
 
 /// The text of a value: quotes are left out, and `\x` has as many hexadecimal digits as follow, which are one

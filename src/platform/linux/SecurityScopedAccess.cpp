@@ -3,6 +3,7 @@
 #include "FileDescriptor.h"
 #include "FileStatus.h"
 
+#include <QDir>
 #include <QFile>
 
 #include <atomic>
@@ -15,11 +16,19 @@ namespace {
 // What accesses share; nothing waits for it.
 std::atomic<int> accessCount = 0; // NOLINT(cppcoreguidelines-avoid-non-const-global-variables)
 
-/// Whoever reads it while another access takes its place still has a whole one.
+/// Whoever reads it while another access takes its place still has a whole one. Never destroyed: a thread
+/// that hangs on a disk may outlive everything else.
 std::atomic<std::shared_ptr<const SecurityScopedAccess>> &keptAccess()
 {
-    static std::atomic<std::shared_ptr<const SecurityScopedAccess>> access;
-    return access;
+    static auto *const access = new std::atomic<std::shared_ptr<const SecurityScopedAccess>>;
+    return *access;
+}
+
+bool isOnHomeVolume(int descriptor)
+{
+    const auto folder = FileStatus::ofDescriptor(descriptor);
+    const auto home = FileStatus::ofFolder(QDir::homePath());
+    return folder && home && folder->device == home->device;
 }
 
 } // namespace
@@ -41,7 +50,8 @@ SecurityScopedAccess::SecurityScopedAccess(int descriptor) : m_descriptor(descri
 }
 
 SecurityScopedAccess::SecurityScopedAccess(SecurityScopedAccess &&other) noexcept
-    : m_descriptor(std::exchange(other.m_descriptor, -1))
+    : m_descriptor(std::exchange(other.m_descriptor, -1)),
+      m_isActive(std::exchange(other.m_isActive, false))
 {
 }
 
@@ -50,6 +60,7 @@ SecurityScopedAccess &SecurityScopedAccess::operator=(SecurityScopedAccess &&oth
     // What was held here is stopped at once and not when `other` goes.
     SecurityScopedAccess taken(std::move(other));
     std::swap(m_descriptor, taken.m_descriptor);
+    std::swap(m_isActive, taken.m_isActive);
     return *this;
 }
 
@@ -57,12 +68,17 @@ SecurityScopedAccess::~SecurityScopedAccess()
 {
     if (m_descriptor >= 0) {
         ::close(m_descriptor);
+    }
+    if (m_isActive) {
         accessCount.fetch_sub(1, std::memory_order_relaxed);
     }
 }
 
 QUrl SecurityScopedAccess::currentUrl() const
 {
+    if (m_descriptor < 0) {
+        return {};
+    }
     const QByteArray link = "/proc/self/fd/" + QByteArray::number(m_descriptor);
     QByteArray target(PATH_MAX, Qt::Uninitialized);
     const auto length = ::readlink(link.constData(), target.data(), size_t(target.size()));
@@ -75,6 +91,9 @@ QUrl SecurityScopedAccess::currentUrl() const
 
 void SecurityScopedAccess::keep(std::optional<SecurityScopedAccess> access)
 {
+    if (access && !isOnHomeVolume(access->m_descriptor)) {
+        ::close(std::exchange(access->m_descriptor, -1));
+    }
     keptAccess().store(access ? std::make_shared<const SecurityScopedAccess>(std::move(*access)) : nullptr);
 }
 

@@ -1,5 +1,7 @@
 #include "SystemSettings.h"
 
+#include "currentDesktops.h"
+#include "isSandboxed.h"
 #include "processEnvironment.h"
 #include "startDetached.h"
 
@@ -61,11 +63,10 @@ Desktop plasma()
 {
     const QString program = QStringLiteral("systemsettings");
     // In a Flatpak, what a program may touch has a page of its own, named anew in the course of Plasma 6.
-    const bool isSandboxed = !qEnvironmentVariableIsEmpty("FLATPAK_ID");
     return {
         .names = {QStringLiteral("KDE")},
         .overview = run(program),
-        .privacy = isSandboxed
+        .privacy = isSandboxed()
                        ? runOnFirstOf(
                              program, {QStringLiteral("kcm_app-permissions"), QStringLiteral("kcm_flatpak")})
                        : run(program, {QStringLiteral("kcm_recentFiles")}),
@@ -186,11 +187,12 @@ SystemSettings::Pane SystemSettings::paneOf(const QUrl &link)
 
 std::expected<SystemSettings::Command, QString> SystemSettings::command(Pane pane)
 {
-    const QString current = qEnvironmentVariable("XDG_CURRENT_DESKTOP");
+    const QStringList current = currentDesktops();
     const std::vector<Desktop> known = knownDesktops();
-    for (const QString &name : current.split(u':', Qt::SkipEmptyParts)) {
-        const auto desktop = std::ranges::find_if(
-            known, [&name](const Desktop &candidate) { return candidate.names.contains(name); });
+    for (const QString &name : current) {
+        const auto desktop = std::ranges::find_if(known, [&name](const Desktop &candidate) {
+            return candidate.names.contains(name, Qt::CaseInsensitive);
+        });
         if (desktop == known.end()) {
             continue;
         }
@@ -204,7 +206,7 @@ std::expected<SystemSettings::Command, QString> SystemSettings::command(Pane pan
     }
     return std::unexpected(
         current.isEmpty() ? QStringLiteral("no desktop is running")
-                          : QString(QStringLiteral("the desktop isn't known: ") + current));
+                          : QString(QStringLiteral("the desktop isn't known: ") + current.join(u':')));
 }
 
 bool SystemSettings::start(const Command &command)

@@ -1,5 +1,6 @@
 #include "UpdaterController.h"
 
+#include "currentDesktops.h"
 #include "print.h"
 #include "startDetached.h"
 
@@ -42,7 +43,7 @@ const std::vector<SoftwareCentre> &knownSoftwareCentres()
 /// With the full path of its program, because the search path may change before the start.
 std::optional<SoftwareCentre> installedSoftwareCentre()
 {
-    const QStringList desktops = qEnvironmentVariable("XDG_CURRENT_DESKTOP").split(u':');
+    const QStringList desktops = currentDesktops();
     std::vector<SoftwareCentre> candidates = knownSoftwareCentres();
     std::ranges::stable_partition(candidates, [&desktops](const SoftwareCentre &centre) {
         return std::ranges::any_of(

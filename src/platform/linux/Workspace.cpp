@@ -1,20 +1,12 @@
 #include "Workspace.h"
 
 #include "SystemSettings.h"
+#include "isSandboxed.h"
 #include "openThroughPortal.h"
 #include "print.h"
 #include "startDetached.h"
 
 #include <utility>
-
-namespace {
-
-bool isSandboxed()
-{
-    return !qEnvironmentVariableIsEmpty("FLATPAK_ID");
-}
-
-} // namespace
 
 Workspace &Workspace::shared()
 {

@@ -2,8 +2,11 @@
 
 #include "CaptureTool.h"
 #include "FileStatus.h"
+#include "currentDesktops.h"
 
 #include <QDir>
+
+#include <algorithm>
 
 namespace {
 
@@ -13,33 +16,31 @@ bool isFolder(const QString &path)
     return status && status->isFolder();
 }
 
-/// Makes the folder and those on the way to it, but nothing where a whole disk may be missing.
-bool makeFolder(const QString &path)
+/// How much of the path must be there for the rest to be made: the home folder, or outside of it the folder
+/// above, because a whole disk may be missing there.
+qsizetype neededSize(const QString &path)
 {
     const QString home = QDir::homePath();
-    const qsizetype lastSlash = path.lastIndexOf(u'/');
     const bool isInHome = path.startsWith(QString(home + u'/'));
-    const qsizetype parentSize = isInHome ? home.size() : lastSlash;
-    if (parentSize <= 0 || !isFolder(path.first(parentSize))) {
-        return false;
+    return isInHome ? home.size() : path.lastIndexOf(u'/');
+}
+
+bool canBeMade(const QString &path)
+{
+    QString deepest = path;
+    while (!deepest.isEmpty() && !FileStatus::ofItem(deepest)) {
+        deepest.truncate(std::max<qsizetype>(deepest.lastIndexOf(u'/'), 0));
     }
-    constexpr mode_t mode = 0755;
-    for (qsizetype end = parentSize; end < path.size();) {
-        const qsizetype slash = path.indexOf(u'/', end + 1);
-        end = slash < 0 ? path.size() : slash;
-        // What is there already is no failure; whatever is, shows at the end.
-        ::mkdir(nativePath(path.first(end)).constData(), mode);
-    }
-    return isFolder(path);
+    return deepest.size() < path.size() && deepest.size() >= neededSize(path) && isFolder(deepest);
 }
 
 /// Nothing if the tool's folder isn't one in which a screenshot could appear.
 std::optional<QString> usable(const CaptureTool &tool, const QString &path)
 {
-    const bool isThere =
+    const bool isUsable =
         !path.isEmpty() &&
-        (isFolder(path) || (tool.missingFolder == CaptureTool::MissingFolder::IsMade && makeFolder(path)));
-    return isThere ? std::optional(path) : std::nullopt;
+        (isFolder(path) || (tool.missingFolder == CaptureTool::MissingFolder::IsMade && canBeMade(path)));
+    return isUsable ? std::optional(path) : std::nullopt;
 }
 
 bool isOwnOf(const CaptureTool &tool, QStringView desktop)
@@ -67,8 +68,7 @@ std::optional<QString> folderOfStandaloneTool()
 
 std::optional<QString> captureFolder()
 {
-    const QString desktops = qEnvironmentVariable("XDG_CURRENT_DESKTOP");
-    for (const QStringView desktop : QStringView(desktops).tokenize(u':')) {
+    for (const QString &desktop : currentDesktops()) {
         bool hasTool = false;
         for (const CaptureTool &tool : desktopCaptureTools()) {
             if (!isOwnOf(tool, desktop)) {
@@ -85,4 +85,19 @@ std::optional<QString> captureFolder()
         }
     }
     return folderOfStandaloneTool();
+}
+
+void makeCaptureFolder()
+{
+    const auto folder = captureFolder();
+    if (!folder || isFolder(*folder)) {
+        return;
+    }
+    constexpr mode_t mode = 0755;
+    for (qsizetype end = neededSize(*folder); end < folder->size();) {
+        const qsizetype slash = folder->indexOf(u'/', end + 1);
+        end = slash < 0 ? folder->size() : slash;
+        // What is there already is no failure; whatever is shows when the folder is listed.
+        ::mkdir(nativePath(folder->first(end)).constData(), mode);
+    }
 }

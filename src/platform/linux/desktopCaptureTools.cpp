@@ -5,6 +5,7 @@
 #include "UserDirectories.h"
 #include "folderFromSetting.h"
 #include "keptSettings.h"
+#include "screengrabSetting.h"
 #include "settingsFile.h"
 
 #include <QDir>
@@ -106,9 +107,7 @@ std::optional<QString> xfceScreenshooterFolder()
 
 std::optional<QString> screengrabFolder()
 {
-    const auto chosen = folderFromSetting(readQtSettingsEntry(
-        configurationFolder() + QStringLiteral("/screengrab/screengrab.conf"), QStringLiteral("Base"),
-        QStringLiteral("defDir")));
+    const auto chosen = screengrabSetting();
     return chosen ? chosen : QDir::homePath();
 }
 
@@ -165,7 +164,8 @@ std::span<const CaptureTool> desktopCaptureTools()
         {QLatin1String("Spectacle before 24.02"), QLatin1String("KDE"), StaysMissing, earlierSpectacleFolder},
         {QLatin1String("xfce4-screenshooter"), QLatin1String("XFCE"), StaysMissing, xfceScreenshooterFolder},
         {QLatin1String("mate-screenshot"), QLatin1String("MATE"), StaysMissing, mateScreenshotFolder},
-        {QLatin1String("gnome-screenshot"), QLatin1String("X-Cinnamon"), StaysMissing, gnomeScreenshotFolder},
+        {QLatin1String("gnome-screenshot"), QLatin1String("X-Cinnamon:Cinnamon"), StaysMissing,
+         gnomeScreenshotFolder},
         {QLatin1String("screengrab"), QLatin1String("LXQt"), StaysMissing, screengrabFolder},
         {QLatin1String("elementary Screenshot"), QLatin1String("Pantheon"), IsMade, elementaryFolder},
         {QLatin1String("COSMIC Screenshot"), QLatin1String("COSMIC"), IsMade, cosmicFolder},

@@ -1,5 +1,6 @@
 #include "gsettings.h"
 
+#include "escapedCharacter.h"
 #include "processEnvironment.h"
 
 #include <QProcess>
@@ -8,51 +9,10 @@ namespace {
 
 constexpr int answerMilliseconds = 1000;
 
-/// What the tool prints for the key: the value in GVariant's text format. Empty if it fails.
-QByteArray printedValue(const QString &schema, const QString &key, const QString &path)
-{
-    QProcess tool;
-    tool.setProcessEnvironment(processEnvironment::forChildren());
-    tool.setStandardErrorFile(QProcess::nullDevice());
-    tool.setStandardInputFile(QProcess::nullDevice());
-    const QString schemaAtPath = path.isEmpty() ? schema : QString(schema + u':' + path);
-    tool.start(QStringLiteral("gsettings"), {QStringLiteral("get"), schemaAtPath, key});
-    if (!tool.waitForFinished(answerMilliseconds)) {
-        tool.kill();
-        tool.waitForFinished(answerMilliseconds);
-        return {};
-    }
-    const bool isAnswered = tool.exitStatus() == QProcess::NormalExit && tool.exitCode() == 0;
-    return isAnswered ? tool.readAllStandardOutput().trimmed() : QByteArray();
-}
-
 /// How many hexadecimal digits follow the letter in an escape of GVariant's text format; 0 for other escapes.
 qsizetype digitsOfEscape(QChar letter)
 {
     return letter == u'u' ? 4 : letter == u'U' ? 8 : 0;
-}
-
-QString controlCharacter(QChar letter)
-{
-    switch (letter.unicode()) {
-    case 'a':
-        return QStringLiteral("\a");
-    case 'b':
-        return QStringLiteral("\b");
-    case 'f':
-        return QStringLiteral("\f");
-    case 'n':
-        return QStringLiteral("\n");
-    case 'r':
-        return QStringLiteral("\r");
-    case 't':
-        return QStringLiteral("\t");
-    case 'v':
-        return QStringLiteral("\v");
-    default:
-        // A quote or a backslash, which stands for itself.
-        return letter;
-    }
 }
 
 /// The text of a string in GVariant's text format, which is quoted with either of the two quotes.
@@ -76,7 +36,7 @@ std::optional<QString> unquoted(const QString &value)
             text += QString::fromUcs4(&character, 1);
             i += digits;
         } else {
-            text += controlCharacter(value[i]);
+            text += escapedCharacter(value[i]);
         }
     }
     return text;
@@ -84,16 +44,42 @@ std::optional<QString> unquoted(const QString &value)
 
 } // namespace
 
-std::optional<QString> gsettings::string(const QString &schema, const QString &key, const QString &path)
+std::expected<QByteArray, gsettings::Failure>
+gsettings::read(const QString &schema, const QString &key, const QString &path)
 {
-    return unquoted(QString::fromUtf8(printedValue(schema, key, path)));
+    QProcess tool;
+    tool.setProcessEnvironment(processEnvironment::forChildren());
+    tool.setStandardErrorFile(QProcess::nullDevice());
+    tool.setStandardInputFile(QProcess::nullDevice());
+    const QString schemaAtPath = path.isEmpty() ? schema : QString(schema + u':' + path);
+    tool.start(QStringLiteral("gsettings"), {QStringLiteral("get"), schemaAtPath, key});
+    if (!tool.waitForFinished(answerMilliseconds) && tool.state() != QProcess::NotRunning) {
+        tool.kill();
+        tool.waitForFinished(answerMilliseconds);
+        return std::unexpected(Failure::NoAnswer);
+    }
+    if (tool.error() == QProcess::FailedToStart || tool.exitStatus() != QProcess::NormalExit ||
+        tool.exitCode() != 0) {
+        return std::unexpected(Failure::NotInstalled);
+    }
+    return tool.readAllStandardOutput().trimmed();
 }
 
-std::optional<bool> gsettings::boolean(const QString &schema, const QString &key, const QString &path)
+std::optional<QString> gsettings::asString(const QByteArray &value)
 {
-    const QByteArray value = printedValue(schema, key, path);
+    return unquoted(QString::fromUtf8(value));
+}
+
+std::optional<bool> gsettings::asBoolean(const QByteArray &value)
+{
     if (value == "true") {
         return true;
     }
     return value == "false" ? std::optional(false) : std::nullopt;
+}
+
+std::optional<bool> gsettings::boolean(const QString &schema, const QString &key, const QString &path)
+{
+    const auto value = read(schema, key, path);
+    return value ? asBoolean(*value) : std::nullopt;
 }

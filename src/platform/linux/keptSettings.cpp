@@ -5,7 +5,6 @@
 #include "gsettings.h"
 
 #include <QHash>
-#include <QVariant>
 
 #include <array>
 #include <atomic>
@@ -35,13 +34,13 @@ struct DatabaseState {
 /// Never changed once it is published.
 struct Answers {
     DatabaseState database;
-    /// By schema and key; an invalid value is one that couldn't be read.
-    QHash<QString, QVariant> values;
+    /// By schema and key; empty is one that isn't installed.
+    QHash<QString, std::optional<QByteArray>> values;
 };
 
 FileState stateOf(const QString &path)
 {
-    const auto status = FileStatus::ofItem(path);
+    const auto status = FileStatus::ofFolder(path);
     if (!status) {
         return {};
     }
@@ -67,14 +66,13 @@ DatabaseState databaseState()
 
 std::atomic<std::shared_ptr<const Answers>> &publishedAnswers()
 {
-    static std::atomic<std::shared_ptr<const Answers>> answers;
-    return answers;
+    // Never destroyed: a thread that hangs on a disk may outlive everything else.
+    static auto *const answers = new std::atomic<std::shared_ptr<const Answers>>;
+    return *answers;
 }
 
-template <typename Value>
-std::optional<Value> answer(
-    std::optional<Value> (*ask)(const QString &, const QString &, const QString &), const QString &schema,
-    const QString &key)
+/// The value in GVariant's text format; empty if it isn't installed or couldn't be asked for.
+std::optional<QByteArray> answer(const QString &schema, const QString &key)
 {
     // Taken before the question: a change while it is asked counts as one after the answer.
     const DatabaseState database = databaseState();
@@ -83,12 +81,18 @@ std::optional<Value> answer(
     const bool isUpToDate = known != nullptr && known->database == database;
     if (isUpToDate) {
         if (const auto found = known->values.constFind(question); found != known->values.cend()) {
-            return found->isValid() ? std::optional(found->template value<Value>()) : std::nullopt;
+            return *found;
         }
     }
-    const std::optional<Value> value = ask(schema, key, QString());
-    Answers next{.database = database, .values = isUpToDate ? known->values : QHash<QString, QVariant>()};
-    next.values.insert(question, value ? QVariant::fromValue(*value) : QVariant());
+    const auto read = gsettings::read(schema, key);
+    if (!read && read.error() == gsettings::Failure::NoAnswer) {
+        return std::nullopt;
+    }
+    const std::optional<QByteArray> value = read ? std::optional(*read) : std::nullopt;
+    Answers next{
+        .database = database,
+        .values = isUpToDate ? known->values : QHash<QString, std::optional<QByteArray>>()};
+    next.values.insert(question, value);
     // Of two threads that ask at once, one answer may be lost: then it is asked for again.
     publishedAnswers().store(std::make_shared<const Answers>(std::move(next)));
     return value;
@@ -98,10 +102,12 @@ std::optional<Value> answer(
 
 std::optional<QString> keptSettings::string(const QString &schema, const QString &key)
 {
-    return answer(&gsettings::string, schema, key);
+    const auto value = answer(schema, key);
+    return value ? gsettings::asString(*value) : std::nullopt;
 }
 
 std::optional<bool> keptSettings::boolean(const QString &schema, const QString &key)
 {
-    return answer(&gsettings::boolean, schema, key);
+    const auto value = answer(schema, key);
+    return value ? gsettings::asBoolean(*value) : std::nullopt;
 }

@@ -11,6 +11,13 @@ bool isLineBreak(QChar character)
     return character == u'\n' || character == QChar::LineSeparator || character == QChar::ParagraphSeparator;
 }
 
+/// Characters that turn the text behind them round, and with it what stands after a folder's name.
+bool isBidirectionalControl(QChar character)
+{
+    const ushort code = character.unicode();
+    return (code >= 0x202A && code <= 0x202E) || (code >= 0x2066 && code <= 0x2069);
+}
+
 /// Control characters become spaces, which covers NUL (it would end the text on its way), and halves of
 /// surrogate pairs the replacement character, because the bus throws out whoever sends invalid UTF-8.
 QString cleaned(QStringView text)
@@ -24,6 +31,8 @@ QString cleaned(QStringView text)
             clean += text[++i];
         } else if (character.isSurrogate()) {
             clean += QChar(QChar::ReplacementCharacter);
+        } else if (isBidirectionalControl(character)) {
+            continue;
         } else if (isLineBreak(character)) {
             clean += u'\n';
         } else {

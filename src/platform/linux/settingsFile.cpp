@@ -3,6 +3,8 @@
 #include "FileDescriptor.h"
 #include "FileStatus.h"
 
+#include <cerrno>
+
 namespace {
 
 constexpr qint64 largestSize = 1 << 20;
@@ -34,6 +36,9 @@ QByteArray settingsFile::contents(const QString &path)
     qsizetype length = 0;
     while (length < bytes.size()) {
         const auto count = ::read(file.get(), bytes.data() + length, size_t(bytes.size() - length));
+        if (count < 0 && errno == EINTR) {
+            continue;
+        }
         if (count <= 0) {
             break;
         }

@@ -3,6 +3,7 @@
 #include "QtSettingsFile.h"
 #include "UserDirectories.h"
 #include "folderFromSetting.h"
+#include "screengrabSetting.h"
 #include "settingsFile.h"
 
 #include <QDir>
@@ -43,13 +44,6 @@ std::optional<QString> shutterFolder()
     return std::nullopt;
 }
 
-std::optional<QString> screengrabFolder()
-{
-    return folderFromSetting(readQtSettingsEntry(
-        configurationFolder() + QStringLiteral("/screengrab/screengrab.conf"), QStringLiteral("Base"),
-        QStringLiteral("defDir")));
-}
-
 constexpr char screenshotsVariable[] = "XDG_SCREENSHOTS_DIR";
 constexpr char grimVariable[] = "GRIM_DEFAULT_DIR";
 constexpr char hyprshotVariable[] = "HYPRSHOT_DIR";
@@ -66,7 +60,7 @@ std::span<const CaptureTool> standaloneCaptureTools()
         {QLatin1String("Flameshot"), {}, StaysMissing, flameshotFolder},
         {QLatin1String("ksnip"), {}, StaysMissing, ksnipFolder},
         {QLatin1String("Shutter"), {}, StaysMissing, shutterFolder},
-        {QLatin1String("screengrab"), {}, StaysMissing, screengrabFolder},
+        {QLatin1String("screengrab"), {}, StaysMissing, screengrabSetting},
     };
     return tools;
 }

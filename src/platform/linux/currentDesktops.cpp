@@ -1,0 +1,6 @@
+#include "currentDesktops.h"
+
+QStringList currentDesktops()
+{
+    return qEnvironmentVariable("XDG_CURRENT_DESKTOP").split(u':', Qt::SkipEmptyParts);
+}

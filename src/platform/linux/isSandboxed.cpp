@@ -1,0 +1,8 @@
+#include "isSandboxed.h"
+
+#include <QtGlobal>
+
+bool isSandboxed()
+{
+    return !qEnvironmentVariableIsEmpty("FLATPAK_ID");
+}
