@@ -15,6 +15,15 @@ PREFERENCE_DELAY = "timeframeInMinutes"
 PREFERENCE_AUTO_COPY = "autoCopyToClipboard"
 _WINDOW_CLASS = "deskbroom"
 
+# What the program prints about access to the watched folder when nothing is wrong.
+_ABOUT_ACCESS = (
+    "Requesting access to Desktop folder at: ",
+    "Desktop folder access granted",
+    "Successfully created bookmark for: ",
+    "Persistent Desktop access started: ",
+    "Persistent Desktop access stopped",
+)
+
 
 class Question:
     """The popover that asks about a screenshot, while it is on screen."""
@@ -58,18 +67,25 @@ class Question:
 
 
 class Deskbroom:
-    """One run of the program, in the given home. Stop it before the desktop ends."""
+    """One run of the program, in the given home. Stop it before the desktop ends.
 
-    def __init__(self, desktop, executable, home, environment=None):
+    It is there once it watches, which the n-th listing of a folder tells. Without `listed`, a pair of both, it
+    is the second of the Desktop: the first is the check whether it can be read.
+    """
+
+    def __init__(self, desktop, executable, home, environment=None, listed=None):
         self.desktop = desktop
         self.home = home
         self.accessibility = Accessibility(desktop.session_bus, desktop.scale)
-        listings = FolderListings(home.desktop) if home.desktop.is_dir() else None
+        folder, times = listed or (home.desktop, 2)
+        listings = FolderListings(folder)
         self.child = desktop.start([Path(executable).resolve()], {**home.environment(), **(environment or {})})
-        if listings:
-            # What is there when the program starts is nothing new to it: tests make their files afterwards.
-            wait_until(lambda: listings.count() or not self.child.is_running(), "the program lists the Desktop")
-            listings.close()
+        # What is there when the program starts is nothing new to it: tests make their files afterwards.
+        wait_until(
+            lambda: listings.count() >= times or not self.child.is_running(),
+            f"the program lists {folder}; it printed {self.child.lines}",
+        )
+        listings.close()
 
     @property
     def pid(self):
@@ -160,6 +176,11 @@ class Deskbroom:
 
     def wait_for_no_question(self):
         wait_until(lambda: self.question() is None, "the question is gone")
+
+    @property
+    def lines(self):
+        """What it has printed, but for the lines about access to the watched folder that each run has."""
+        return [line for line in self.child.lines if not line.startswith(_ABOUT_ACCESS)]
 
     def lines_starting_with(self, beginning):
         return [line for line in self.child.lines if line.startswith(beginning)]

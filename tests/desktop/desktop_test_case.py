@@ -36,8 +36,8 @@ class DesktopTestCase(unittest.TestCase):
                 for line in program.child.errors:
                     self.assertFalse(any(words in line for words in _SANITIZER_WORDS), line)
 
-    def start(self, delay=None, auto_copy=None, environment=None):
-        """Starts the program and returns once it watches the Desktop."""
+    def start(self, delay=None, auto_copy=None, environment=None, listed=None):
+        """Starts the program and returns once it watches: see Deskbroom."""
         stored = []
         if delay is not None:
             stored.append(f'"{PREFERENCE_DELAY}": {delay}')
@@ -45,12 +45,13 @@ class DesktopTestCase(unittest.TestCase):
             stored.append(f'"{PREFERENCE_AUTO_COPY}": {"true" if auto_copy else "false"}')
         if stored:
             self.home.write_preferences("{" + ", ".join(stored) + "}")
-        program = Deskbroom(self.desktop, executable(), self.home, environment)
+        program = Deskbroom(self.desktop, executable(), self.home, environment, listed)
         self._programs.append(program)
         return program
 
-    def take_screenshot(self, name="Screenshot_2024-05-01_10-11-12.png", content=None):
-        path = self.home.desktop / name
+    def take_screenshot(self, name="Screenshot_2024-05-01_10-11-12.png", content=None, folder=None):
+        """In the folder, or on the Desktop."""
+        path = (folder or self.home.desktop) / name
         path.write_bytes(png() if content is None else content)
         return path
 

@@ -20,9 +20,18 @@ class Home:
         self.desktop, self.pictures, self.downloads = (self.path / name for name in _USER_FOLDERS.values())
         for folder in (self.config, self.data, self.desktop, self.pictures, self.downloads):
             folder.mkdir(parents=True)
+        self.set_desktop(f"$HOME/{_USER_FOLDERS['DESKTOP']}")
+
+    def set_desktop(self, value):
+        """In the settings of the XDG user directories."""
+        values = {key: f"$HOME/{name}" for key, name in _USER_FOLDERS.items()} | {"DESKTOP": value}
         (self.config / "user-dirs.dirs").write_text(
-            "".join(f'XDG_{key}_DIR="$HOME/{name}"\n' for key, name in _USER_FOLDERS.items())
+            "".join(f'XDG_{key}_DIR="{path}"\n' for key, path in values.items())
         )
+
+    def switch_off_desktop(self):
+        """As those settings have it: a folder that is the home itself is none."""
+        self.set_desktop("$HOME")
 
     @property
     def preferences(self):
@@ -39,12 +48,19 @@ class Home:
         except FileNotFoundError:
             return []
 
+    def stored_preferences(self):
+        try:
+            return json.loads(self.preferences.read_text())
+        except FileNotFoundError:
+            return {}
+
     def stored_delay(self):
         """In minutes, or None when none is stored."""
-        try:
-            return json.loads(self.preferences.read_text()).get("timeframeInMinutes")
-        except FileNotFoundError:
-            return None
+        return self.stored_preferences().get("timeframeInMinutes")
+
+    def stored_bookmark(self):
+        """Of the watched folder, or None when none is stored."""
+        return self.stored_preferences().get("DesktopFolderBookmark")
 
     def write_preferences(self, text):
         self.preferences.parent.mkdir(parents=True, exist_ok=True)

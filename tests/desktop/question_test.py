@@ -55,7 +55,7 @@ class Answers:
         self.take_screenshot(NAME)
         program.answer("Delete in 0 min")
         program.child.wait_for_line(f"Screenshot moved to Trash: {NAME}")
-        self.assertEqual(program.child.lines[0], f"Scheduled deletion of {NAME} in 0 minute")
+        self.assertEqual(program.lines[0], f"Scheduled deletion of {NAME} in 0 minute")
         self.assertTrashed(NAME)
 
     def test_keep_leaves_the_file_and_prints_nothing(self):
@@ -63,7 +63,7 @@ class Answers:
         question.press("Keep")
         program.wait_for_no_question()
         self.assertEqual(program.stop(), 0)
-        self.assertEqual(program.child.lines, [])
+        self.assertEqual(program.lines, [])
         self.assertTrue((self.home.desktop / NAME).exists())
         self.assertTrashed()
 
@@ -90,7 +90,7 @@ class Answers:
         self.assertTrue(other.has_keyboard())
         self.assertIsNotNone(program.question())
         self.assertTrue((self.home.desktop / NAME).exists())
-        self.assertEqual(program.child.lines, [])
+        self.assertEqual(program.lines, [])
 
     def test_a_newer_screenshot_replaces_the_question_and_the_earlier_is_kept(self):
         program, first = self.ask()
