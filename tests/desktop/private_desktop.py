@@ -33,10 +33,15 @@ padding = 12
 horizontal_padding = 14
 corner_radius = 8
 frame_width = 0
+mouse_left_click = do_action, close_current
 [urgency_normal]
-background = "#2a2c30"
-foreground = "#f1f2f4"
+background = "{background}"
+foreground = "{foreground}"
 """
+_DUNST_COLOURS = {
+    "light": {"background": "#f6f7f9", "foreground": "#1d1f23"},
+    "dark": {"background": "#2a2c30", "foreground": "#f1f2f4"},
+}
 
 
 class PrivateDesktop:
@@ -45,7 +50,8 @@ class PrivateDesktop:
     panel: one of the names in `panels`; window_manager: "xfwm4" or "openbox"; compositor: whether windows
     can be translucent; size: of the screen, in device pixels; scale: device pixels for a point;
     panel_edge: "top" or "bottom"; look: "light" or "dark"; accessibility: whether screens can be read;
-    monitors: rectangles (x, y, width, height) that the screen is divided into.
+    monitors: rectangles (x, y, width, height) that the screen is divided into; notification_server: "dunst",
+    or "recorder", which shows nothing: see notifications.py.
     """
 
     def __init__(
@@ -59,6 +65,7 @@ class PrivateDesktop:
         panel_edge="top",
         accessibility=True,
         monitors=(),
+        notification_server="dunst",
     ):
         self.panel = panel
         self.size = size
@@ -69,6 +76,8 @@ class PrivateDesktop:
         self._panel_edge = panel_edge
         self._accessibility = accessibility
         self._monitors = monitors
+        self._notification_server_name = notification_server
+        self.notification_server = None
         self._children = []
         self._panel_child = None
         self._bus_child = None
@@ -90,7 +99,7 @@ class PrivateDesktop:
             wait_until(lambda: self.owns_name("org.freedesktop.portal.Desktop"), "the settings portal is there")
             self._divide_into_monitors()
             self._start_window_manager()
-            self._start_notification_server()
+            self.start_notification_server()
             if self.panel != panels.NO_PANEL:
                 self.start_panel()
         except BaseException:
@@ -183,12 +192,6 @@ class PrivateDesktop:
         wallpaper.write_bytes(png(320, 200, (58, 74, 96) if self.look == "dark" else (150, 180, 208)))
         self.run(["feh", "--no-fehbg", "--bg-fill", str(wallpaper)])
 
-    def _start_notification_server(self):
-        configuration = self._runtime / "dunstrc"
-        configuration.write_text(_DUNSTRC.format(scale=self.scale))
-        self._start(["dunst", "-config", str(configuration)])
-        wait_until(lambda: self.owns_name("org.freedesktop.Notifications"), "dunst serves notifications")
-
     def _end_what_children_left(self):
         """Services that the bus started aren't our children: their environment tells that they are ours."""
         mark = f"{_MARK}={self._runtime}".encode()
@@ -212,6 +215,24 @@ class PrivateDesktop:
 
     def stop_session_bus(self):
         self._bus_child.stop()
+
+    # Notifications
+
+    def start_notification_server(self):
+        """Returns its process."""
+        if self._notification_server_name == "dunst":
+            configuration = self._runtime / "dunstrc"
+            configuration.write_text(_DUNSTRC.format(scale=self.scale, **_DUNST_COLOURS[self.look]))
+            command = ["dunst", "-config", str(configuration)]
+        else:
+            command = [sys.executable, "-B", str(_HERE / "notification_server.py")]
+        self.notification_server = self._start(command)
+        wait_until(lambda: self.owns_name("org.freedesktop.Notifications"), f"{command[0]} serves notifications")
+        return self.notification_server
+
+    def stop_notification_server(self):
+        self.notification_server.stop()
+        self._children.remove(self.notification_server)
 
     # The panel
 
