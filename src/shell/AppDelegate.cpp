@@ -44,7 +44,12 @@ void AppDelegate::applicationWillTerminate()
 void AppDelegate::setUpManagers()
 {
     m_notificationManager = &NotificationManager::shared();
-    m_notificationManager->setFolderAccessRequest([] { FileAccessManager::shared().requestFolderAccess(); });
+    m_notificationManager->setFolderAccessRequest([self = QPointer<AppDelegate>(this)] {
+        if (self) {
+            // A folder that was picked but couldn't be read has changed the role already.
+            self->updateWording([] { FileAccessManager::shared().requestFolderAccess(); });
+        }
+    });
     // The check of the folder may have something to say.
     m_wording.use(FileManager::defaultManager().isDesktopElsewhere());
     m_fileAccessManager = &FileAccessManager::shared();
@@ -57,12 +62,17 @@ void AppDelegate::setUpManagers()
         [this](const ProcessNotification &) { folderAccessGranted(); });
 }
 
-/// After the folder's role may have changed, without waiting for a disk.
-void AppDelegate::updateWording()
+/// After the folder's role may have changed, without waiting for a disk; calls `then` when it is done.
+void AppDelegate::updateWording(std::function<void()> then)
 {
     runInBackground(
         this, BackgroundQueue::Listing, [] { return FileManager::defaultManager().isDesktopElsewhere(); },
-        [this](bool isDesktopElsewhere) { m_wording.use(isDesktopElsewhere); });
+        [this, then = std::move(then)](bool isDesktopElsewhere) {
+            m_wording.use(isDesktopElsewhere);
+            if (then) {
+                then();
+            }
+        });
 }
 
 /// For links to settings that this desktop has no program for.

@@ -84,7 +84,7 @@ public:
 
 private:
     void setUpManagers();
-    void updateWording();
+    void updateWording(std::function<void()> then = {});
     void offerOwnSettings();
     void loadTimeframe();
     void createWatcher();
