@@ -1,7 +1,11 @@
 #include "FolderDialog.h"
 
+#include "Appearance.h"
+#include "darkPalette.h"
+
 #include <QAbstractButton>
 #include <QAbstractItemView>
+#include <QCompleter>
 #include <QCoreApplication>
 #include <QDialogButtonBox>
 #include <QDir>
@@ -85,6 +89,7 @@ FolderDialog::FolderDialog(const Words &words)
         setLabelText(Reject, QCoreApplication::translate("FolderDialog", "Cancel"));
         showFoldersOnly();
         layOut(words.message);
+        takeColors();
         resize(initialSize);
     }
 }
@@ -126,6 +131,22 @@ void FolderDialog::showFoldersOnly()
     // A combo box takes its accessible name from its label alone.
     if (auto *const label = findChild<QLabel *>(QStringLiteral("lookInLabel"))) {
         label->setBuddy(findChild<QWidget *>(QStringLiteral("lookInCombo")));
+    }
+}
+
+/// The desktop's, and for the list under the path, which is a window of its own.
+void FolderDialog::takeColors()
+{
+    const bool isDark = Appearance::shared().colorScheme() == Appearance::ColorScheme::Dark;
+    constexpr int middle = 128;
+    if (isDark && palette().color(QPalette::Window).lightness() >= middle) {
+        setPalette(darkPalette());
+    }
+    auto *const path = findChild<QLineEdit *>(QStringLiteral("fileNameEdit"));
+    if (path != nullptr && path->completer() != nullptr) {
+        QAbstractItemView *const completions = path->completer()->popup();
+        completions->setPalette(palette());
+        completions->setIconSize(iconSize);
     }
 }
 

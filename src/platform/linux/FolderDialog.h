@@ -42,6 +42,7 @@ private:
     [[nodiscard]] QUrl selectedFolder() const;
     void layOut(const QString &message);
     void showFoldersOnly();
+    void takeColors();
 
     Look m_look;
     /// What the toolkit's settings hold for all its programs. They get it back.
