@@ -1,7 +1,10 @@
 """The screens in the looks that a desktop can ask for. What is asserted is little; the pictures are to be looked at."""
 
 import panels
+import pointer
 from desktop_test_case import DesktopTestCase, run
+from folder_picker import FolderPicker
+from notifications import click_dunst, dunst_rectangle
 from waiting import wait_until
 
 
@@ -26,6 +29,32 @@ class Looks:
         program.wait_for_question()
         self.save_picture("question-loading")
 
+    def test_folder_access(self):
+        self.home.switch_off_desktop()
+        folder = self.home.path / "My screenshots"
+        folder.mkdir()
+        program = self.start(listed=(self.home.downloads, 1))
+        self.save_notification("access-failed")
+        click_dunst(self.desktop)
+        picker = FolderPicker(program)
+        self.save_picture("folder-picker")
+        self.assertOnScreen(picker.buttons)
+        pointer.type_text(self.desktop, str(folder))
+        self.save_picture("folder-picker-typing")
+        pointer.press_keys(self.desktop, "Return")
+        self.save_notification("access-granted")
+        click_dunst(self.desktop)
+
+    def test_access_required(self):
+        self.home.desktop.rmdir()
+        self.start(listed=(self.home.downloads, 1))
+        self.save_notification("access-required")
+        click_dunst(self.desktop)
+
+    def save_notification(self, name):
+        wait_until(lambda: dunst_rectangle(self.desktop), f"{name} is on screen")
+        self.save_picture(f"notification-{name}")
+
     def assertOnScreen(self, rectangles):
         screen_width, screen_height = self.desktop.size
         for name, (x, y, width, height) in rectangles.items():
@@ -38,6 +67,11 @@ class Looks:
 class DarkLook(Looks, DesktopTestCase):
     desktop_options = {"look": "dark"}
     picture_prefix = "dark"
+
+
+class DarkScaleTwo(Looks, DesktopTestCase):
+    desktop_options = {"look": "dark", "scale": 2, "size": (2560, 1600)}
+    picture_prefix = "dark-scale-2"
 
 
 class ScaleTwo(Looks, DesktopTestCase):

@@ -61,3 +61,9 @@ def click_dunst(desktop):
     """A real click on the notification that dunst shows."""
     rectangle = wait_until_still(lambda: dunst_rectangle(desktop), "dunst shows a notification")
     pointer.click(desktop, pointer.centre(rectangle))
+
+
+def dunst_texts(desktop):
+    """The bodies of all notifications that dunst has closed, the newest first."""
+    groups = json.loads(desktop.run(["dunstctl", "history"]))["data"]
+    return [notification["body"]["data"] for group in groups for notification in group]

@@ -17,6 +17,11 @@ def click(desktop, position, button="left"):
     desktop.run(["xdotool", "mousemove", x, y, "click", _BUTTONS[button]])
 
 
+def double_click(desktop, position):
+    x, y = map(str, position)
+    desktop.run(["xdotool", "mousemove", x, y, "click", "--repeat", "2", "--delay", "60", _BUTTONS["left"]])
+
+
 def type_text(desktop, text):
     desktop.run(["xdotool", "type", "--delay", "5", text])
 

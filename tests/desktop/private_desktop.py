@@ -51,7 +51,7 @@ class PrivateDesktop:
     can be translucent; size: of the screen, in device pixels; scale: device pixels for a point;
     panel_edge: "top" or "bottom"; look: "light" or "dark"; accessibility: whether screens can be read;
     monitors: rectangles (x, y, width, height) that the screen is divided into; notification_server: "dunst",
-    or "recorder", which shows nothing: see notifications.py.
+    or "recorder", which shows nothing (see notifications.py), or "plain-recorder", which knows no markup.
     """
 
     def __init__(
@@ -225,7 +225,8 @@ class PrivateDesktop:
             configuration.write_text(_DUNSTRC.format(scale=self.scale, **_DUNST_COLOURS[self.look]))
             command = ["dunst", "-config", str(configuration)]
         else:
-            command = [sys.executable, "-B", str(_HERE / "notification_server.py")]
+            is_plain = self._notification_server_name == "plain-recorder"
+            command = [sys.executable, "-B", str(_HERE / "notification_server.py"), *(["--plain"] if is_plain else [])]
         self.notification_server = self._start(command)
         wait_until(lambda: self.owns_name("org.freedesktop.Notifications"), f"{command[0]} serves notifications")
         return self.notification_server

@@ -1,0 +1,268 @@
+"""Access to the watched folder: how the program gets, keeps and finds it again. The folder is the Desktop unless
+the user picks another one.
+"""
+
+import os
+import unittest
+
+from desktop_test_case import run
+from folder_access_test_case import (
+    DESKTOP_REQUIRED, SCREENSHOT_FOLDER_REQUIRED, FolderAccessTestCase, launch_lines,
+)
+from waiting import wait_until
+
+NOT_FOUND = "Error accessing Desktop folder: Desktop folder not found"
+STOPPED = "Persistent Desktop access stopped"
+
+
+class AccessAtLaunch(FolderAccessTestCase):
+    def test_the_first_run_takes_the_desktop_and_watches_it_alone(self):
+        program = self.start()
+        self.assertPrints(program, launch_lines(self.home.desktop))
+        self.assertHolds(program, self.home.desktop)
+        self.assertTrue(self.home.stored_bookmark())
+        self.assertWatchesOnly(program, self.home.desktop, self.home.pictures, self.home.downloads)
+        self.end(program)
+        self.assertEqual(program.child.lines.count(STOPPED), 2)
+        self.assertEqual(self.notifications.all(), [])
+
+    def test_the_second_run_makes_the_bookmark_anew_and_reports_nothing_that_was_there(self):
+        self.end(self.start())
+        stored = self.home.stored_bookmark()
+        self.home.write_preferences("{}")
+        self.take_screenshot("Screenshot earlier.png")
+        program = self.start()
+        self.assertPrints(program, launch_lines(self.home.desktop))
+        self.assertEqual(self.home.stored_bookmark(), stored)
+        self.assertHolds(program, self.home.desktop)
+        self.assertAsksIn(program, self.home.desktop)
+        self.assertEqual(program.lines, ["Screenshot moved to Trash: Screenshot 1.png"])
+        self.assertEqual(os.listdir(self.home.desktop), ["Screenshot earlier.png"])
+
+    def test_a_desktop_that_moved_in_the_settings_is_followed(self):
+        self.end(self.start())
+        other = self.home.path / "Schreibtisch"
+        other.mkdir()
+        self.home.set_desktop("$HOME/Schreibtisch")
+        program = self.start(listed=(other, 2))
+        self.assertPrints(program, launch_lines(other))
+        self.assertWatchesOnly(program, other, self.home.desktop, self.home.pictures)
+
+
+class MovedFolders(FolderAccessTestCase):
+    def standard_folders(self):
+        return self.home.desktop, self.home.pictures, self.home.downloads
+
+    def move(self, folder, name):
+        return folder.rename(folder.parent / name)
+
+    def assertFollows(self, moved):
+        """The Desktop isn't there at the launch: access goes where its folder went."""
+        count = self.notifications.titles().count(DESKTOP_REQUIRED)
+        program = self.start(listed=(moved, 1))
+        self.assertPrints(
+            program,
+            [
+                f"Requesting access to Desktop folder at: {self.home.desktop}",
+                NOT_FOUND,
+                f"Refreshed stale bookmark for: {moved}",
+                f"Persistent Desktop access started: {moved}",
+            ],
+        )
+        self.notifications.wait_for(DESKTOP_REQUIRED, count + 1)
+        self.assertHolds(program, moved)
+        self.assertWatchesOnly(program, moved, self.home.pictures)
+        return program
+
+    def assertReportsNothingAboutTheMove(self, program):
+        """Without a line, the three standard folders are watched."""
+        before = len([line for line in program.child.lines if not line.startswith("Screenshot")])
+        self.assertAsksIn(program, self.home.pictures, self.home.downloads)
+        self.assertEqual(before, len([line for line in program.child.lines if not line.startswith("Screenshot")]))
+
+    def test_a_desktop_renamed_while_the_program_runs_is_followed_at_the_next_launch(self):
+        program = self.start()
+        moved = self.move(self.home.desktop, "Desktop, earlier")
+        self.assertReportsNothingAboutTheMove(program)
+        self.assertHolds(program, moved)
+        self.end(program)
+        self.assertFollows(moved)
+
+    def test_a_desktop_renamed_while_the_program_is_away_is_followed(self):
+        self.end(self.start())
+        program = self.assertFollows(self.move(self.home.desktop, "Desktop, earlier"))
+        self.end(program)
+
+    def test_a_picked_folder_renamed_while_the_program_runs_keeps_its_role(self):
+        program, folder = self.start_with_picked_folder()
+        moved = self.move(folder, "Shots, renamed")
+        self.assertReportsNothingAboutTheMove(program)
+        self.assertAsksIn(program, moved)
+        self.end(program)
+        program = self.start(listed=(moved, 2))
+        self.assertPrints(program, launch_lines(moved))
+        self.assertWatchesOnly(program, moved, self.home.pictures)
+
+    def test_a_picked_folder_renamed_while_the_program_is_away_keeps_its_role(self):
+        program, folder = self.start_with_picked_folder()
+        self.end(program)
+        moved = self.move(folder, "Shots, renamed")
+        program = self.start(listed=(moved, 2))
+        self.assertPrints(program, launch_lines(moved))
+        self.assertHolds(program, moved)
+        self.assertWatchesOnly(program, moved, self.home.pictures)
+
+
+class ReplacedFolders(FolderAccessTestCase):
+    def replace(self, folder):
+        """Another folder at the same path; returns where the first one is."""
+        moved = folder.rename(folder.parent / f"{folder.name}, earlier")
+        folder.mkdir()
+        return moved
+
+    def make_anew(self, folder):
+        folder.rmdir()
+        folder.mkdir()
+
+    def test_a_desktop_replaced_while_the_program_runs_is_watched_with_the_others(self):
+        program = self.start()
+        moved = self.replace(self.home.desktop)
+        self.assertAsksIn(program, self.home.desktop, self.home.pictures, self.home.downloads)
+        self.assertHolds(program, moved)
+        self.end(program)
+        program = self.start()
+        self.assertPrints(program, launch_lines(self.home.desktop))
+        self.assertWatchesOnly(program, self.home.desktop, moved, self.home.pictures)
+
+    def test_a_desktop_replaced_while_the_program_is_away_is_the_desktop(self):
+        self.end(self.start())
+        moved = self.replace(self.home.desktop)
+        program = self.start()
+        self.assertPrints(program, launch_lines(self.home.desktop))
+        self.assertWatchesOnly(program, self.home.desktop, moved, self.home.pictures)
+
+    def test_a_desktop_deleted_and_made_again_is_watched(self):
+        program = self.start()
+        self.make_anew(self.home.desktop)
+        self.assertAsksIn(program, self.home.desktop, self.home.pictures)
+        self.end(program)
+        self.make_anew(self.home.desktop)
+        program = self.start()
+        self.assertPrints(program, launch_lines(self.home.desktop))
+        self.assertWatchesOnly(program, self.home.desktop, self.home.pictures)
+
+    def test_a_picked_folder_replaced_while_the_program_runs_goes_on_under_its_new_name(self):
+        program, folder = self.start_with_picked_folder()
+        moved = self.replace(folder)
+        self.assertAsksIn(program, moved, self.home.pictures)
+        self.end(program)
+        program = self.start(listed=(moved, 2))
+        self.assertPrints(program, launch_lines(moved))
+        self.assertWatchesOnly(program, moved, folder, self.home.pictures)
+
+    def test_a_picked_folder_deleted_and_made_again_stays_picked(self):
+        program, folder = self.start_with_picked_folder()
+        self.make_anew(folder)
+        self.assertAsksIn(program, folder, self.home.pictures)
+        self.end(program)
+        self.make_anew(folder)
+        program = self.start(listed=(folder, 2))
+        self.assertPrints(program, launch_lines(folder))
+        self.assertWatchesOnly(program, folder, self.home.pictures)
+
+    def test_a_picked_folder_that_is_away_at_launch_stays_picked(self):
+        program, folder = self.start_with_picked_folder("Drive/Shots")
+        self.end(program)
+        unplugged = folder.parent.rename(self.home.path / "Unplugged")
+        program = self.start_without_access()
+        self.assertEqual(
+            program.child.lines[:3],
+            [
+                f"Requesting access to Desktop folder at: {folder}",
+                NOT_FOUND,
+                'Failed to start persistent Desktop access: Error Domain=NSCocoaErrorDomain Code=4 '
+                '"No such file or directory"',
+            ],
+        )
+        self.notifications.wait_for(SCREENSHOT_FOLDER_REQUIRED)
+        self.assertAsksIn(program, self.home.pictures)
+        self.end(program)
+        unplugged.rename(folder.parent)
+        program = self.start(listed=(folder, 2))
+        self.assertPrints(program, launch_lines(folder))
+        self.assertHolds(program, folder)
+        self.assertWatchesOnly(program, folder, self.home.pictures)
+
+
+class UnusableDesktops(FolderAccessTestCase):
+    def assertTellsAndWatchesTheOthers(self, reason):
+        program = self.start_without_access()
+        self.assertPrints(
+            program,
+            [
+                f"Requesting access to Desktop folder at: {self.home.desktop}",
+                f"Error accessing Desktop folder: {reason}",
+            ],
+        )
+        self.assertEqual(
+            self.notifications.wait_for(DESKTOP_REQUIRED),
+            {
+                "application": "Deskbroom",
+                "replaces": 0,
+                "icon": "org.deskbroom.Deskbroom",
+                "title": DESKTOP_REQUIRED,
+                "body": "Deskbroom needs access to your Desktop folder. Click to open System Settings.",
+                "actions": ["default", "Open"],
+                "hints": {"desktop-entry": "org.deskbroom.Deskbroom", "urgency": 1},
+                "timeout": -1,
+                "number": self.notifications.all()[0]["number"],
+            },
+        )
+        self.assertIsNone(self.home.stored_bookmark())
+        self.assertHolds(program)
+        self.assertAsksIn(program, self.home.pictures, self.home.downloads)
+        self.assertEqual(len(self.notifications.all()), 1)
+        self.end(program)
+
+    def test_missing(self):
+        self.home.desktop.rmdir()
+        self.assertTellsAndWatchesTheOthers("Desktop folder not found")
+
+    def test_a_file(self):
+        self.home.desktop.rmdir()
+        self.home.desktop.write_text("not a folder")
+        self.assertTellsAndWatchesTheOthers("Desktop folder not found")
+
+    def test_a_dangling_link(self):
+        self.home.desktop.rmdir()
+        self.home.desktop.symlink_to("nowhere")
+        self.assertTellsAndWatchesTheOthers("Desktop folder not found")
+
+    @unittest.skipIf(os.geteuid() == 0, "root may read everywhere")
+    def test_unreadable(self):
+        self.home.desktop.chmod(0)
+        self.assertTellsAndWatchesTheOthers("Permission denied - please grant folder access in System Settings")
+
+    @unittest.skipIf(os.geteuid() == 0, "root may enter everywhere")
+    def test_one_that_can_be_listed_but_not_entered_is_watched_and_not_held(self):
+        self.home.desktop.chmod(0o400)
+        program = self.start()
+        refused = "startAccessingSecurityScopedResource returned false for Desktop bookmark"
+        program.child.wait_for_line(refused)
+        expected = [*launch_lines(self.home.desktop)[:-1], refused]
+        self.assertEqual(list(dict.fromkeys(program.child.lines)), expected)  # it tries more than once
+        self.assertHolds(program)
+        self.home.desktop.chmod(0o700)
+        self.assertAsksIn(program, self.home.desktop)
+        self.assertEqual(self.notifications.all(), [])
+
+    def test_one_that_appears_later_is_watched(self):
+        self.home.desktop.rmdir()
+        program = self.start_without_access()
+        self.home.desktop.mkdir()
+        self.assertAsksIn(program, self.home.desktop, self.home.pictures)
+        wait_until(lambda: self.notifications.titles() == [DESKTOP_REQUIRED], "there is one notification")
+
+
+if __name__ == "__main__":
+    run()
