@@ -58,7 +58,8 @@ def take_screenshot(desktop):
 
 def demonstrate(desktop, program, stages):
     program.wait_for_icon()
-    stages.done("The panel shows Deskbroom.", "panel")
+    program.child.wait_for_line(f"Persistent Desktop access started: {desktop.home.desktop}")
+    stages.done("The panel shows Deskbroom, which watches the Desktop folder.", "panel")
 
     program.click_icon()
     program.wait_for_menu("Gallery")

@@ -39,9 +39,10 @@ class Looks:
         picker = FolderPicker(program)
         self.save_picture("folder-picker")
         self.assertOnScreen(picker.buttons)
+        self.assertEqual(self.is_dark(picker.rectangle), self.desktop.look == "dark")
         pointer.type_text(self.desktop, str(folder))
         self.save_picture("folder-picker-typing")
-        pointer.press_keys(self.desktop, "Return")
+        picker.close_with("Return")
         self.save_notification("access-granted")
         click_dunst(self.desktop)
 
@@ -54,6 +55,14 @@ class Looks:
     def save_notification(self, name):
         wait_until(lambda: dunst_rectangle(self.desktop), f"{name} is on screen")
         self.save_picture(f"notification-{name}")
+
+    def is_dark(self, rectangle):
+        x, y, width, height = rectangle
+        area = f"{width}x{height}+{x}+{y}"
+        mean = self.desktop.run(
+            ["import", "-silent", "-window", "root", "-crop", area, "-format", "%[fx:mean]", "info:"]
+        )
+        return float(mean) < 0.5
 
     def assertOnScreen(self, rectangles):
         screen_width, screen_height = self.desktop.size

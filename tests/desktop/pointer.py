@@ -1,5 +1,7 @@
 """Real pointer and keyboard events through the X server's test extension. Positions are device pixels."""
 
+from contextlib import contextmanager
+
 _BUTTONS = {"left": "1", "middle": "2", "right": "3"}
 
 
@@ -28,3 +30,12 @@ def type_text(desktop, text):
 
 def press_keys(desktop, *keys):
     desktop.run(["xdotool", "key", *keys])
+
+
+@contextmanager
+def holding(desktop, key):
+    desktop.run(["xdotool", "keydown", key])
+    try:
+        yield
+    finally:
+        desktop.run(["xdotool", "keyup", key])
