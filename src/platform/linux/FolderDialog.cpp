@@ -134,7 +134,7 @@ void FolderDialog::showFoldersOnly()
     }
 }
 
-/// The desktop's, and for the list under the path, which is a window of its own.
+/// Those that the desktop wishes. The list under the path is a window of its own, which gets none from here.
 void FolderDialog::takeColors()
 {
     const bool isDark = Appearance::shared().colorScheme() == Appearance::ColorScheme::Dark;
