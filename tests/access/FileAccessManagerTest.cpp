@@ -11,6 +11,7 @@
 #include "UserDefaults.h"
 #include "files.h"
 #include "runInBackground.h"
+#include "storedBookmark.h"
 
 #include <QApplication>
 #include <QCryptographicHash>
@@ -42,14 +43,14 @@ void setMode(const QString &path, mode_t mode)
     QCOMPARE(::chmod(QFile::encodeName(path).constData(), mode), 0);
 }
 
-std::optional<QByteArray> storedBookmark()
+std::optional<QByteArray> currentBookmark()
 {
     return UserDefaults::standard().data(preferences::desktopFolderBookmark);
 }
 
 QUrl bookmarkedFolder()
 {
-    return Bookmark::resolve(storedBookmark().value_or(QByteArray()))
+    return Bookmark::resolve(currentBookmark().value_or(QByteArray()))
         .value_or(Bookmark::ResolvedBookmark{})
         .url;
 }
@@ -110,6 +111,9 @@ private Q_SLOTS:
     void acceptingThePickerTakesTheFolderOver();
     void cancellingThePickerChangesNothing();
     void askingAgainReplacesThePicker();
+    void ofSeveralPicksInARowTheLastCounts();
+    void aPickIsNotOvertakenByARefreshOfTheFolderBefore();
+    void aFolderInTheTrashIsNoLongerTheFolder();
     void aHundredGrantsLeakNothing();
 
 private:
@@ -153,7 +157,7 @@ void FileAccessManagerTest::init()
 void FileAccessManagerTest::cleanup()
 {
     m_manager.reset();
-    for (const BackgroundQueue queue : {BackgroundQueue::Default, BackgroundQueue::Scan}) {
+    for (const BackgroundQueue queue : {BackgroundQueue::Default, BackgroundQueue::Listing}) {
         background::pool(queue).waitForDone();
     }
     QCoreApplication::processEvents();
@@ -215,7 +219,7 @@ void FileAccessManagerTest::aListableDesktopGetsABookmarkAndHeldAccess()
                                QStringLiteral("Persistent Desktop access started: ") + desktop,
                            }));
     QCOMPARE(bookmarkedFolder(), fileUrl(desktop));
-    QCOMPARE(Bookmark::origin(*storedBookmark()), Bookmark::Origin::Automatic);
+    QCOMPARE(Bookmark::origin(*currentBookmark()), Bookmark::Origin::Automatic);
     QCOMPARE(m_manager->persistentAccessUrl(), fileUrl(desktop));
     QCOMPARE(SecurityScopedAccess::keptUrl(), fileUrl(desktop));
     QVERIFY(m_server->notifications().isEmpty());
@@ -228,7 +232,7 @@ void FileAccessManagerTest::withABookmarkItIsMadeAnewAndStartingAgainDoesNothing
     files::rename(m_home->desktop(), m_home->pictures() + QStringLiteral("/old"));
     files::makeFolder(m_home->desktop());
     restart();
-    const auto resolved = Bookmark::resolve(*storedBookmark());
+    const auto resolved = Bookmark::resolve(*currentBookmark());
     QVERIFY(resolved && !resolved->isStale);
     const qsizetype before = m_output->lines().size();
     m_manager->startPersistentAccess();
@@ -245,7 +249,7 @@ void FileAccessManagerTest::aDesktopThatCannotBeLocatedIsTold()
     QTRY_VERIFY(isTold(
         QStringLiteral("Access Failed"),
         QStringLiteral("Could not access the selected folder. Could not locate Desktop directory")));
-    QVERIFY(!storedBookmark());
+    QVERIFY(!currentBookmark());
 }
 
 void FileAccessManagerTest::aDesktopThatCannotBeListedIsTold_data()
@@ -292,7 +296,7 @@ void FileAccessManagerTest::aDesktopThatCannotBeListedIsTold()
     QTRY_VERIFY(isTold(
         QStringLiteral("Desktop Folder Access Required"),
         QStringLiteral("Deskbroom needs access to your Desktop folder. Click to open System Settings.")));
-    QVERIFY(!storedBookmark());
+    QVERIFY(!currentBookmark());
     QVERIFY(!m_manager->persistentAccessUrl());
 }
 
@@ -308,7 +312,7 @@ void FileAccessManagerTest::aDesktopThatCannotBeEnteredIsNotHeld()
         m_output->count(
             QStringLiteral("startAccessingSecurityScopedResource returned false for Desktop bookmark")),
         2);
-    QVERIFY(storedBookmark());
+    QVERIFY(currentBookmark());
     QVERIFY(!m_manager->persistentAccessUrl());
 }
 
@@ -353,7 +357,7 @@ void FileAccessManagerTest::aBookmarkOfANewerVersionHoldsNothing()
     restart();
     QVERIFY(m_output->lines().constLast().contains(QStringLiteral("Code=2")));
     QVERIFY(!m_manager->persistentAccessUrl());
-    QCOMPARE(storedBookmark(), newer);
+    QCOMPARE(currentBookmark(), newer);
 }
 
 void FileAccessManagerTest::aStaleBookmarkGrantsAccessAndIsReplaced()
@@ -370,7 +374,7 @@ void FileAccessManagerTest::aStaleBookmarkGrantsAccessAndIsReplaced()
                                QStringLiteral("Persistent Desktop access started: ") + renamed,
                            }));
     QCOMPARE(m_manager->persistentAccessUrl(), fileUrl(renamed));
-    const auto resolved = Bookmark::resolve(*storedBookmark());
+    const auto resolved = Bookmark::resolve(*currentBookmark());
     QVERIFY(resolved && !resolved->isStale);
     QCOMPARE(resolved->url, fileUrl(renamed));
 }
@@ -418,7 +422,7 @@ void FileAccessManagerTest::aPickedFolderKeepsTheRoleAfterARestart()
     QCOMPARE(
         m_output->lines().constFirst(), QStringLiteral("Requesting access to Desktop folder at: ") + archive);
     QCOMPARE(m_manager->persistentAccessUrl(), fileUrl(archive));
-    QCOMPARE(Bookmark::origin(*storedBookmark()), Bookmark::Origin::PickedByUser);
+    QCOMPARE(Bookmark::origin(*currentBookmark()), Bookmark::Origin::PickedByUser);
     // Until another is picked, which may be the Desktop.
     pick(m_home->desktop());
     QVERIFY(!FileManager::defaultManager().isDesktopElsewhere());
@@ -434,7 +438,7 @@ void FileAccessManagerTest::aRenamedPickedFolderKeepsTheRole()
     files::rename(m_home->path() + QStringLiteral("/Archive"), renamed);
     restart();
     QCOMPARE(m_manager->persistentAccessUrl(), fileUrl(renamed));
-    QCOMPARE(Bookmark::pickedFolder(*storedBookmark()), fileUrl(renamed));
+    QCOMPARE(Bookmark::pickedFolder(*currentBookmark()), fileUrl(renamed));
     QVERIFY(m_output->contains(QStringLiteral("Successfully created bookmark for: ") + renamed));
 }
 
@@ -443,7 +447,7 @@ void FileAccessManagerTest::aPickedFolderOnADriveThatIsAwayStaysPicked()
     restart();
     const QString drive = makeFolder(QStringLiteral("drive"));
     pick(makeFolder(QStringLiteral("drive/Archive")));
-    const auto bookmark = storedBookmark();
+    const auto bookmark = currentBookmark();
     const QString away = m_home->pictures() + QStringLiteral("/away");
     // Nothing of the run that held it helps to find it.
     endWithoutStopping();
@@ -451,7 +455,7 @@ void FileAccessManagerTest::aPickedFolderOnADriveThatIsAwayStaysPicked()
     files::rename(drive, away);
     restart();
     QVERIFY(m_output->contains(QStringLiteral("Error accessing Desktop folder: Desktop folder not found")));
-    QCOMPARE(storedBookmark(), bookmark);
+    QCOMPARE(currentBookmark(), bookmark);
     files::rename(away, drive);
     restart();
     QCOMPARE(m_manager->persistentAccessUrl(), fileUrl(drive + QStringLiteral("/Archive")));
@@ -482,7 +486,7 @@ void FileAccessManagerTest::aPickedFolderThatRefusesIsTold()
 void FileAccessManagerTest::aPickedFolderThatIsGoneIsTold()
 {
     restart();
-    const auto bookmark = storedBookmark();
+    const auto bookmark = currentBookmark();
     m_manager->handleSelectedFolder(fileUrl(m_home->path() + QStringLiteral("/gone")));
     QTRY_VERIFY_WITH_TIMEOUT(
         isTold(
@@ -493,7 +497,7 @@ void FileAccessManagerTest::aPickedFolderThatIsGoneIsTold()
         m_output->lines().constLast(),
         QStringLiteral("Error creating bookmark: Error Domain=NSCocoaErrorDomain "
                        "Code=4 \"No such file or directory\""));
-    QCOMPARE(storedBookmark(), bookmark);
+    QCOMPARE(currentBookmark(), bookmark);
     QCOMPARE(m_manager->persistentAccessUrl(), fileUrl(m_home->desktop()));
     QCOMPARE(m_grants, 0);
 }
@@ -609,14 +613,14 @@ void FileAccessManagerTest::cancellingThePickerChangesNothing()
 {
     restart();
     const QStringList lines = m_output->lines();
-    const auto bookmark = storedBookmark();
+    const auto bookmark = currentBookmark();
     m_manager->requestFolderAccess();
     QTRY_VERIFY_WITH_TIMEOUT(picker() != nullptr, patience);
     QTest::keyClick(picker(), Qt::Key_Escape);
     QTRY_VERIFY(picker() == nullptr);
     background::pool(BackgroundQueue::Default).waitForDone();
     QCOMPARE(m_output->lines(), lines);
-    QCOMPARE(storedBookmark(), bookmark);
+    QCOMPARE(currentBookmark(), bookmark);
     QVERIFY(m_server->notifications().isEmpty());
     QCOMPARE(m_grants, 0);
 }
@@ -629,6 +633,50 @@ void FileAccessManagerTest::askingAgainReplacesThePicker()
     const QPointer<QFileDialog> first = picker();
     m_manager->requestFolderAccess();
     QTRY_VERIFY_WITH_TIMEOUT(first.isNull() && picker() != nullptr, patience);
+}
+
+void FileAccessManagerTest::ofSeveralPicksInARowTheLastCounts()
+{
+    restart();
+    QString last;
+    for (int index = 0; index < 10; ++index) {
+        last = makeFolder(QStringLiteral("Archive %1").arg(index));
+        m_manager->handleSelectedFolder(fileUrl(last));
+    }
+    QTRY_COMPARE_WITH_TIMEOUT(m_grants, 1, patience);
+    background::pool(BackgroundQueue::Default).waitForDone();
+    QCoreApplication::sendPostedEvents();
+    QCOMPARE(m_grants, 1);
+    QCOMPARE(bookmarkedFolder(), fileUrl(last));
+    QCOMPARE(m_manager->persistentAccessUrl(), fileUrl(last));
+    QTRY_VERIFY(isTold(
+        QStringLiteral("Access Granted"),
+        QStringLiteral("Deskbroom now has access to detect screenshots in Archive 9.")));
+}
+
+void FileAccessManagerTest::aPickIsNotOvertakenByARefreshOfTheFolderBefore()
+{
+    restart();
+    const QByteArray before = currentBookmark().value_or(QByteArray());
+    files::rename(m_home->desktop(), m_home->path() + QStringLiteral("/Renamed"));
+    // Whoever resolves the old one now has read it before the pick.
+    const QString archive = makeFolder(QStringLiteral("Archive"));
+    pick(archive);
+    const auto picked = currentBookmark();
+    QVERIFY(storedBookmark::resolve(preferences::desktopFolderBookmark, before));
+    QCOMPARE(currentBookmark(), picked);
+    QCOMPARE(bookmarkedFolder(), fileUrl(archive));
+}
+
+void FileAccessManagerTest::aFolderInTheTrashIsNoLongerTheFolder()
+{
+    restart();
+    const QString archive = makeFolder(QStringLiteral("Archive"));
+    pick(archive);
+    files::makeFolder(m_home->trashedFiles());
+    files::rename(archive, m_home->trashedFiles() + QStringLiteral("/Archive"));
+    QVERIFY(!m_manager->hasValidAccess());
+    QCOMPARE(FileManager::defaultManager().urls(SearchPathDirectory::Desktop), QList{fileUrl(archive)});
 }
 
 void FileAccessManagerTest::aHundredGrantsLeakNothing()

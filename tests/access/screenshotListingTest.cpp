@@ -99,7 +99,7 @@ void screenshotListingTest::init()
 
 void screenshotListingTest::cleanup()
 {
-    for (const BackgroundQueue queue : {BackgroundQueue::Default, BackgroundQueue::Scan}) {
+    for (const BackgroundQueue queue : {BackgroundQueue::Default, BackgroundQueue::Listing}) {
         background::pool(queue).waitForDone();
     }
     SecurityScopedAccess::keep(std::nullopt);
@@ -317,7 +317,7 @@ void screenshotListingTest::anOwnerThatIsGoneIsNotCalled()
     bool isCalled = false;
     manager.loadScreenshots({}, owner.get(), [&isCalled](const QList<ScreenshotItem> &) { isCalled = true; });
     owner.reset();
-    background::pool(BackgroundQueue::Scan).waitForDone();
+    background::pool(BackgroundQueue::Listing).waitForDone();
     QCoreApplication::sendPostedEvents();
     QVERIFY(!isCalled);
 }

@@ -35,6 +35,16 @@ constexpr int patience = 15'000;
 } // namespace
 
 /// Each test has a home of its own and a real watcher on it, seeded before the test begins where it says so.
+namespace {
+
+void bookmark(const QString &folder, Bookmark::Origin origin)
+{
+    const auto made = Bookmark::make(QUrl::fromLocalFile(folder), origin);
+    UserDefaults::standard().setData(preferences::desktopFolderBookmark, made.value_or(QByteArray()));
+}
+
+} // namespace
+
 class ScreenshotWatcherTest : public QObject {
     Q_OBJECT
 
@@ -53,6 +63,9 @@ private Q_SLOTS:
     void aFileThatCameBackIsNewAgain();
     void withABookmarkOnlyItsFolderIsWatched();
     void aStaleBookmarkFallsBackSilently();
+    void aBookmarkCountsFromTheNextTickOn();
+    void aFolderThatTookTheBookmarkedOnesPlaceIsWatchedAmongTheOthers();
+    void aPickedFolderThatIsRenamedIsWatchedOn();
     void aBookmarkThatDoesNotResolveIsPrintedOnEveryTick();
     void aHiddenFileIsNeverSeen();
     void aNameThatIsNotUtf8IsPassedOver();
@@ -227,9 +240,7 @@ void ScreenshotWatcherTest::aFileThatCameBackIsNewAgain()
 
 void ScreenshotWatcherTest::withABookmarkOnlyItsFolderIsWatched()
 {
-    const auto bookmark = Bookmark::make(QUrl::fromLocalFile(m_home->desktop()), Bookmark::Origin::Automatic);
-    QVERIFY(bookmark);
-    UserDefaults::standard().setData(preferences::desktopFolderBookmark, *bookmark);
+    bookmark(m_home->desktop(), Bookmark::Origin::Automatic);
     startWatching();
     files::write(m_home->pictures() + QStringLiteral("/Screenshot 1.png"));
     files::write(m_home->downloads() + QStringLiteral("/Screenshot 1.png"));
@@ -253,6 +264,62 @@ void ScreenshotWatcherTest::aStaleBookmarkFallsBackSilently()
     QTRY_COMPARE_WITH_TIMEOUT(m_recorder->reports, QStringList(path), patience);
     QCOMPARE(output.lines(), QStringList());
     QCOMPARE(UserDefaults::standard().data(preferences::desktopFolderBookmark), *bookmark);
+}
+
+void ScreenshotWatcherTest::aBookmarkCountsFromTheNextTickOn()
+{
+    const QString folder = m_home->path() + QStringLiteral("/Shots");
+    files::makeFolder(folder);
+    startWatching();
+    QSignalSpy scans(m_watcher.get(), &ScreenshotWatcher::didApplyScan);
+    bookmark(folder, Bookmark::Origin::PickedByUser);
+    QVERIFY(scans.wait(patience));
+    const QString path = folder + QStringLiteral("/Screenshot 1.png");
+    files::write(path);
+    files::write(desktopFile(QStringLiteral("Screenshot 1.png")));
+    QTRY_COMPARE_WITH_TIMEOUT(m_recorder->reports, QStringList(path), patience);
+    // Another one in its place, by a bookmark that nobody picked.
+    bookmark(m_home->desktop(), Bookmark::Origin::Automatic);
+    awaitTicks(1);
+    const QString other = desktopFile(QStringLiteral("Screenshot 2.png"));
+    files::write(other);
+    QTRY_VERIFY_WITH_TIMEOUT(m_recorder->reports.contains(other), patience);
+}
+
+void ScreenshotWatcherTest::aFolderThatTookTheBookmarkedOnesPlaceIsWatchedAmongTheOthers()
+{
+    bookmark(m_home->desktop(), Bookmark::Origin::Automatic);
+    startWatching();
+    files::rename(m_home->desktop(), m_home->path() + QStringLiteral("/old"));
+    files::makeFolder(m_home->desktop());
+    const CapturedOutput output;
+    awaitTicks(1);
+    const QStringList paths = {
+        desktopFile(QStringLiteral("Screenshot 1.png")),
+        m_home->pictures() + QStringLiteral("/Screenshot 1.png")};
+    for (const QString &path : paths) {
+        files::write(path);
+    }
+    QTRY_COMPARE_WITH_TIMEOUT(m_recorder->reports.size(), 2, patience);
+    QVERIFY(std::ranges::all_of(
+        paths, [this](const QString &path) { return m_recorder->reports.contains(path); }));
+    QCOMPARE(output.lines(), QStringList());
+}
+
+void ScreenshotWatcherTest::aPickedFolderThatIsRenamedIsWatchedOn()
+{
+    const QString folder = m_home->path() + QStringLiteral("/Shots");
+    const QString renamed = m_home->path() + QStringLiteral("/Renamed");
+    files::makeFolder(folder);
+    bookmark(folder, Bookmark::Origin::PickedByUser);
+    startWatching();
+    QSignalSpy scans(m_watcher.get(), &ScreenshotWatcher::didApplyScan);
+    files::rename(folder, renamed);
+    QVERIFY(scans.wait(patience));
+    // It has the role of the Desktop, whatever its name.
+    const QString path = renamed + QStringLiteral("/Screenshot 1.png");
+    files::write(path);
+    QTRY_COMPARE_WITH_TIMEOUT(m_recorder->reports, QStringList(path), patience);
 }
 
 void ScreenshotWatcherTest::aBookmarkThatDoesNotResolveIsPrintedOnEveryTick()
