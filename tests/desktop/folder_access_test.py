@@ -158,6 +158,14 @@ class ReplacedFolders(FolderAccessTestCase):
         self.assertPrints(program, launch_lines(moved))
         self.assertWatchesOnly(program, moved, folder, self.home.pictures)
 
+    def test_a_picked_folder_replaced_while_the_program_is_away_goes_on_under_its_new_name(self):
+        program, folder = self.start_with_picked_folder()
+        self.end(program)
+        moved = self.replace(folder)
+        program = self.start(listed=(moved, 2))
+        self.assertPrints(program, launch_lines(moved))
+        self.assertWatchesOnly(program, moved, folder, self.home.pictures)
+
     def test_a_picked_folder_deleted_and_made_again_stays_picked(self):
         program, folder = self.start_with_picked_folder()
         self.make_anew(folder)
