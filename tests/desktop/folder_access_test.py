@@ -46,6 +46,21 @@ class AccessAtLaunch(FolderAccessTestCase):
         self.assertPrints(program, launch_lines(other))
         self.assertWatchesOnly(program, other, self.home.desktop, self.home.pictures)
 
+    def test_where_the_capture_tool_saves_elsewhere_that_folder_is_watched_alone(self):
+        folder = self.home.pictures / "Screenshots"
+        folder.mkdir()
+        program = self.start(listed=(folder, 2), environment={"XDG_CURRENT_DESKTOP": "GNOME"})
+        self.assertPrints(program, launch_lines(folder))
+        self.assertWatchesOnly(program, folder, self.home.desktop, self.home.pictures)
+        self.end(program)
+
+    def test_the_capture_tools_folder_is_made_as_the_tool_would(self):
+        folder = self.home.pictures / "Screenshots"
+        program = self.start(listed=(self.home.downloads, 1), environment={"XDG_CURRENT_DESKTOP": "GNOME"})
+        program.child.wait_for_line(f"Persistent Desktop access started: {folder}")
+        self.assertTrue(folder.is_dir())
+        self.end(program)
+
 
 class MovedFolders(FolderAccessTestCase):
     def standard_folders(self):
