@@ -43,6 +43,18 @@ private Q_SLOTS:
         QVERIFY(image->format == ImageFormat::Jpeg);
     }
 
+    void aReferenceLeavesTheBytesInTheFile()
+    {
+        const QString name = path(QStringLiteral("referenced.png"));
+        testImages::writeFile(name, testImages::blackPng({40, 30}));
+        const Result<Image> image = Image::byReferencing(QUrl::fromLocalFile(name));
+        QVERIFY(image.has_value());
+        QVERIFY(image->bytes.isEmpty());
+        QCOMPARE(image->url, QUrl::fromLocalFile(name));
+        QVERIFY(image->format == ImageFormat::Png);
+        QCOMPARE(image->pixelSize, QSize(40, 30));
+    }
+
     void anImageThatGoesToTheTrashStaysWhole()
     {
         const QString name = path(QStringLiteral("gone.png"));
@@ -55,9 +67,11 @@ private Q_SLOTS:
 
     void aMissingFileIsAnErrorOfTheFileSystem()
     {
-        const Result<Image> image = Image::contentsOf(QUrl::fromLocalFile(path(QStringLiteral("none.png"))));
-        QVERIFY(!image.has_value());
-        QVERIFY(image.error().isCocoa(Error::FileNoSuchFile));
+        const QUrl missing = QUrl::fromLocalFile(path(QStringLiteral("none.png")));
+        for (const Result<Image> &image : {Image::contentsOf(missing), Image::byReferencing(missing)}) {
+            QVERIFY(!image.has_value());
+            QVERIFY(image.error().isCocoa(Error::FileNoSuchFile));
+        }
     }
 
     void whatIsNoImageDoesNotLoad_data()
@@ -73,18 +87,22 @@ private Q_SLOTS:
         QFETCH(const QByteArray, bytes);
         const QString name = path(QStringLiteral("text.png"));
         testImages::writeFile(name, bytes);
-        const Result<Image> image = Image::contentsOf(QUrl::fromLocalFile(name));
-        QVERIFY(!image.has_value());
-        QCOMPARE(image.error().domain, Image::errorDomain);
+        const QUrl url = QUrl::fromLocalFile(name);
+        for (const Result<Image> &image : {Image::contentsOf(url), Image::byReferencing(url)}) {
+            QVERIFY(!image.has_value());
+            QCOMPARE(image.error().domain, Image::errorDomain);
+        }
     }
 
     void aPipeIsRefusedWithoutWaiting()
     {
         const QString name = path(QStringLiteral("pipe.png"));
         QCOMPARE(::mkfifo(QFile::encodeName(name).constData(), 0600), 0);
-        const Result<Image> image = Image::contentsOf(QUrl::fromLocalFile(name));
-        QVERIFY(!image.has_value());
-        QCOMPARE(image.error().domain, Image::errorDomain);
+        const QUrl url = QUrl::fromLocalFile(name);
+        for (const Result<Image> &image : {Image::contentsOf(url), Image::byReferencing(url)}) {
+            QVERIFY(!image.has_value());
+            QCOMPARE(image.error().domain, Image::errorDomain);
+        }
     }
 
     void aHugeFileIsRefused()
@@ -93,6 +111,7 @@ private Q_SLOTS:
         testImages::writeFile(name, testImages::blackPng({10, 10}));
         QVERIFY(QFile::resize(name, Image::largestFile + 1));
         QVERIFY(!Image::contentsOf(QUrl::fromLocalFile(name)).has_value());
+        QVERIFY(!Image::byReferencing(QUrl::fromLocalFile(name)).has_value());
     }
 };
 

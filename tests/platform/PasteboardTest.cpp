@@ -6,12 +6,13 @@
 #include <QGuiApplication>
 #include <QMimeData>
 #include <QTest>
+#include <QUrl>
 
 namespace {
 
 Image imageOf(const QByteArray &bytes, ImageFormat format)
 {
-    return {.bytes = bytes, .format = format, .pixelSize = QImage::fromData(bytes).size()};
+    return {.url = {}, .bytes = bytes, .format = format, .pixelSize = QImage::fromData(bytes).size()};
 }
 
 QImage picture()
@@ -77,6 +78,35 @@ private Q_SLOTS:
         Pasteboard::general().clearContents();
         const QMimeData *const left = QGuiApplication::clipboard()->mimeData();
         QVERIFY(left == nullptr || left->formats().isEmpty());
+    }
+
+    void severalImagesLieThereAsTheirFiles()
+    {
+        const QList<QUrl> urls = {
+            QUrl::fromLocalFile(QStringLiteral("/home/a b/Screenshot 1.png")),
+            QUrl::fromLocalFile(QStringLiteral("/home/line\nbreak%20.png"))};
+        QList<Image> images;
+        for (const QUrl &url : urls) {
+            images.append({.url = url, .bytes = {}, .format = ImageFormat::Png, .pixelSize = {4, 3}});
+        }
+        QVERIFY(Pasteboard::general().writeObjects(images));
+        QCOMPARE(onClipboard().urls(), urls);
+        QCOMPARE(
+            onClipboard().data(QStringLiteral("text/uri-list")),
+            QByteArray("file:///home/a%20b/Screenshot%201.png\r\nfile:///home/line%0Abreak%2520.png\r\n"));
+        QCOMPARE(
+            onClipboard().data(QStringLiteral("x-special/gnome-copied-files")),
+            QByteArray("copy\nfile:///home/a%20b/Screenshot%201.png\nfile:///home/line%0Abreak%2520.png"));
+        QVERIFY(!onClipboard().hasImage());
+        QCOMPARE(onClipboard().formats().size(), 2);
+    }
+
+    void anImageWithoutBytesLiesThereAsItsFile()
+    {
+        const QUrl url = QUrl::fromLocalFile(QStringLiteral("/home/Screenshot 1.png"));
+        const Image image = {.url = url, .bytes = {}, .format = ImageFormat::Png, .pixelSize = {4, 3}};
+        QVERIFY(Pasteboard::general().writeObjects({image}));
+        QCOMPARE(onClipboard().urls(), QList<QUrl>({url}));
     }
 
     void noImageWritesNothing()

@@ -8,6 +8,7 @@
 #include <QImage>
 #include <QMimeData>
 
+#include <memory>
 #include <utility>
 
 namespace {
@@ -68,6 +69,21 @@ private:
     Image m_image;
 };
 
+std::unique_ptr<QMimeData> fileList(const QList<Image> &images)
+{
+    QList<QUrl> urls;
+    QByteArray copiedFiles = QByteArrayLiteral("copy");
+    for (const Image &image : images) {
+        urls.append(image.url);
+        // No line break at the end: Nautilus takes an empty line for a damaged list.
+        copiedFiles += '\n' + image.url.toEncoded();
+    }
+    auto list = std::make_unique<QMimeData>();
+    list->setUrls(urls);
+    list->setData(QStringLiteral("x-special/gnome-copied-files"), copiedFiles);
+    return list;
+}
+
 } // namespace
 
 Pasteboard &Pasteboard::general()
@@ -83,9 +99,11 @@ void Pasteboard::clearContents()
 
 bool Pasteboard::writeObjects(const QList<Image> &images)
 {
-    if (images.size() != 1) {
+    if (images.isEmpty()) {
         return false;
     }
-    QGuiApplication::clipboard()->setMimeData(new ImageMimeData(images.first()));
+    const bool liesAsItsBytes = images.size() == 1 && !images.constFirst().bytes.isEmpty();
+    QGuiApplication::clipboard()->setMimeData(
+        liesAsItsBytes ? new ImageMimeData(images.constFirst()) : fileList(images).release());
     return true;
 }
