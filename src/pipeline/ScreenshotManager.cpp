@@ -4,9 +4,8 @@
 #include "DelayedWork.h"
 #include "FileCoordinator.h"
 #include "FileManager.h"
-#include "Image.h"
+#include "ImageCopy.h"
 #include "NotificationCenter.h"
-#include "Pasteboard.h"
 #include "Preferences.h"
 #include "SecurityScopedAccess.h"
 #include "UserDefaults.h"
@@ -120,14 +119,10 @@ void ScreenshotManager::finishDeletion(const QString &path, const std::optional<
 void ScreenshotManager::copyToClipboard(const QString &path) const
 {
     const auto access = startDesktopAccess();
-    const auto image = Image::contentsOf(QUrl::fromLocalFile(path));
-    if (!image) {
-        print(QStringLiteral("Failed to load screenshot image from ") + path);
-        return;
-    }
-    Pasteboard &pasteboard = Pasteboard::general();
-    pasteboard.clearContents();
-    if (pasteboard.writeObjects({*image})) {
+    const QList<Image> images = ImageCopy::load({path}, [](const QString &unreadable) {
+        print(QStringLiteral("Failed to load screenshot image from ") + unreadable);
+    });
+    if (ImageCopy().write(images)) {
         print(QStringLiteral("Copied screenshot to clipboard: ") + fileName(path));
     }
 }
