@@ -34,6 +34,14 @@ public:
         m_value = std::move(value);
     }
 
+    /// Announces and then lets `change` work on the value in place: for a large value of which little
+    /// changes.
+    template <typename Change> void modify(Change change)
+    {
+        Q_EMIT m_owner->objectWillChange();
+        change(m_value);
+    }
+
 private:
     ObservableObject *m_owner;
     T m_value;

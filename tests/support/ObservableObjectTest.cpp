@@ -20,6 +20,17 @@ private Q_SLOTS:
         QCOMPARE(field.get(), 3);
     }
 
+    void aChangeInPlaceIsAnnouncedBeforeItTakesEffect()
+    {
+        ObservableObject object;
+        Published<QList<int>> field(&object, {1, 2});
+        QList<QList<int>> seen;
+        connect(&object, &ObservableObject::objectWillChange, this, [&] { seen += field.get(); });
+        field.modify([](QList<int> &list) { list.append(3); });
+        QCOMPARE(seen, QList<QList<int>>({{1, 2}}));
+        QCOMPARE(field.get(), QList<int>({1, 2, 3}));
+    }
+
     void theSameValueAnnouncesNothing()
     {
         ObservableObject object;
