@@ -30,7 +30,8 @@ QStringList paths(const QList<ScreenshotItem> &items)
     return list;
 }
 
-/// The items' right to be read is their folder's, which is held as long as the program runs.
+/// Access is started for folders and not for files, and the watched folder's is held as long as the program
+/// runs.
 QList<Image> loadImages(const QStringList &paths)
 {
     return ImageCopy::load(

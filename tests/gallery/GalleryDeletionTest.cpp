@@ -365,9 +365,9 @@ void GalleryDeletionTest::tenThousandCostTheMainThreadLittle()
     }
     ScreenshotGalleryViewModel model(std::nullopt, desktop);
     load(model);
-    // Every second one, so that what is left is scattered over the whole list.
+    // Every fifth one, so that what is left is scattered over the whole list.
     QSet<QString> selected;
-    for (qsizetype position = 0; position < count; position += 2) {
+    for (qsizetype position = 0; position < count; position += 5) {
         selected.insert(model.displayedScreenshots().at(position).id);
     }
     model.setSelectedIDs(selected);
@@ -376,10 +376,10 @@ void GalleryDeletionTest::tenThousandCostTheMainThreadLittle()
     background::pool(BackgroundQueue::Default).waitForDone();
     QTRY_VERIFY(!model.isDeleting());
     const auto used = time.elapsed();
-    QCOMPARE(model.allScreenshots().size(), count / 2);
+    QCOMPARE(model.allScreenshots().size(), count / 5 * 4);
     QCOMPARE(model.displayedScreenshots(), model.allScreenshots());
-    // A search through the list for each file is ten times this and more.
-    QVERIFY2(used < std::chrono::milliseconds(400), qPrintable(QString::number(used.count())));
+    // A search through the list for each file takes several times as long.
+    QVERIFY2(used < std::chrono::milliseconds(250), qPrintable(QString::number(used.count())));
 }
 
 QTEST_MAIN(GalleryDeletionTest)
