@@ -309,9 +309,9 @@ void GalleryDeletionTest::aListingUnderWayDoesNotBringBackWhatWasDeleted()
     select(model, {0});
     model.loadScreenshots();
     // The listing has seen the file, and nothing of it has been delivered yet.
-    background::pool(BackgroundQueue::Scan).waitForDone();
+    background::pool(BackgroundQueue::Listing).waitForDone();
     deleteSelected(model);
-    background::pool(BackgroundQueue::Scan).waitForDone();
+    background::pool(BackgroundQueue::Listing).waitForDone();
     QCoreApplication::sendPostedEvents();
     QCOMPARE(names(model.allScreenshots()), numbered(2, 4));
     QCOMPARE(names(model.displayedScreenshots()), numbered(2, 4));
@@ -327,7 +327,7 @@ void GalleryDeletionTest::aListingUnderWayIsBegunAnewWhenADeletionEnds()
     load(model);
     QCOMPARE(m_output->lines().size(), 1);
     // Nothing is listed until the queue is free again.
-    QThreadPool &queue = background::pool(BackgroundQueue::Scan);
+    QThreadPool &queue = background::pool(BackgroundQueue::Listing);
     QSemaphore isFree;
     for (int thread = 0; thread < queue.maxThreadCount(); ++thread) {
         queue.start([&isFree] { isFree.acquire(); });

@@ -227,7 +227,7 @@ void ScreenshotGalleryViewModelTest::theNextBatchIsTakenFromTheListAsItIsThen()
         files::remove(model.allScreenshots().at(number - 1).id);
     }
     model.loadScreenshots();
-    background::pool(BackgroundQueue::Scan).waitForDone();
+    background::pool(BackgroundQueue::Listing).waitForDone();
     model.loadMore();
     // The listing is published before the batch is appended, and leaves nothing to append.
     QTRY_VERIFY(!model.isLoadingMore());
@@ -307,7 +307,7 @@ void ScreenshotGalleryViewModelTest::onlyTheLastOfOverlappingListingsCounts()
     connect(&model, &ObservableObject::objectWillChange, this, [&] { seen.append(snapshot(model)); });
     model.loadScreenshots();
     // It has ended, but its result hasn't been delivered when the next one begins.
-    background::pool(BackgroundQueue::Scan).waitForDone();
+    background::pool(BackgroundQueue::Listing).waitForDone();
     std::ignore = m_folders->makeScreenshot(2);
     load(model);
     QCOMPARE(
@@ -326,7 +326,7 @@ void ScreenshotGalleryViewModelTest::aModelThatIsGoneIsNotTold()
     load(*model);
     model->loadScreenshots();
     model->loadMore();
-    background::pool(BackgroundQueue::Scan).waitForDone();
+    background::pool(BackgroundQueue::Listing).waitForDone();
     connect(model.get(), &ObservableObject::objectWillChange, this, [&changes] { ++changes; });
     model.reset();
     QCoreApplication::sendPostedEvents();

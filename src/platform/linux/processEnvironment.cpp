@@ -29,5 +29,6 @@ void processEnvironment::prepare()
 QProcessEnvironment processEnvironment::forChildren()
 {
     // Not the present one: it may be changing in another thread.
-    return original() ? *original() : QProcessEnvironment::systemEnvironment();
+    const auto &known = original();
+    return known ? *known : QProcessEnvironment::systemEnvironment();
 }
