@@ -1,8 +1,8 @@
 #include "Bookmark.h"
 #include "CapturedOutput.h"
 #include "Preferences.h"
-#include "RecordingWatcherDelegate.h"
 #include "ScreenshotWatcher.h"
+#include "ScreenshotWatcherFixture.h"
 #include "TemporaryHome.h"
 #include "UserDefaults.h"
 #include "files.h"
@@ -15,9 +15,6 @@
 
 namespace {
 
-/// Long enough for two ticks on a busy machine.
-constexpr int patience = 15'000;
-
 void bookmark(const QString &folder, Bookmark::Origin origin)
 {
     const auto made = Bookmark::make(QUrl::fromLocalFile(folder), origin);
@@ -27,7 +24,7 @@ void bookmark(const QString &folder, Bookmark::Origin origin)
 } // namespace
 
 /// Which folders a watcher watches, by the stored bookmark. Each test has a home of its own.
-class ScreenshotWatcherBookmarkTest final : public QObject {
+class ScreenshotWatcherBookmarkTest final : public ScreenshotWatcherFixture {
     Q_OBJECT
 
 private Q_SLOTS:
@@ -40,51 +37,16 @@ private Q_SLOTS:
     void aFolderThatTookTheBookmarkedOnesPlaceIsWatchedAmongTheOthers();
     void aPickedFolderThatIsRenamedIsWatchedOn();
     void aBookmarkThatDoesNotResolveIsPrintedOnEveryTick();
-
-private:
-    void startWatching();
-    void awaitTicks(int count);
-
-    [[nodiscard]] QString desktopFile(const QString &name) const { return m_home->desktop() + u'/' + name; }
-
-    std::unique_ptr<TemporaryHome> m_home;
-    std::unique_ptr<RecordingWatcherDelegate> m_recorder;
-    std::unique_ptr<ScreenshotWatcher> m_watcher;
 };
 
 void ScreenshotWatcherBookmarkTest::init()
 {
-    m_home = std::make_unique<TemporaryHome>();
-    m_recorder = std::make_unique<RecordingWatcherDelegate>();
+    makeHome();
 }
 
 void ScreenshotWatcherBookmarkTest::cleanup()
 {
-    m_watcher.reset();
-    background::pool(BackgroundQueue::Scan).waitForDone();
-    m_recorder.reset();
-    m_home.reset();
-}
-
-void ScreenshotWatcherBookmarkTest::startWatching()
-{
-    m_watcher = std::make_unique<ScreenshotWatcher>();
-    m_watcher->setDelegate(m_recorder.get());
-    QSignalSpy seeded(m_watcher.get(), &ScreenshotWatcher::didApplyScan);
-    QVERIFY(seeded.wait(patience));
-}
-
-/// Returns when at least `count` ticks that began after the call are through: each tick that finds a change
-/// applies its scan, so a marker file tells.
-void ScreenshotWatcherBookmarkTest::awaitTicks(int count)
-{
-    for (int i = 0; i < count; ++i) {
-        const QString marker = desktopFile(QStringLiteral("Screenshot marker %1.png").arg(i));
-        files::write(marker);
-        QTRY_VERIFY_WITH_TIMEOUT(m_recorder->reports.contains(marker), patience);
-        m_recorder->reports.removeAll(marker);
-        files::remove(marker);
-    }
+    removeHome();
 }
 
 void ScreenshotWatcherBookmarkTest::withABookmarkOnlyItsFolderIsWatched()

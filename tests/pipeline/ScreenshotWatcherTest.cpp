@@ -4,7 +4,7 @@
 #include "CapturedOutput.h"
 #include "FileManager.h"
 #include "Preferences.h"
-#include "RecordingWatcherDelegate.h"
+#include "ScreenshotWatcherFixture.h"
 #include "SecurityScopedAccess.h"
 #include "TemporaryHome.h"
 #include "UserDefaults.h"
@@ -23,13 +23,10 @@
 namespace {
 
 constexpr int tickMilliseconds = 2000;
-/// Long enough for two ticks on a busy machine.
-constexpr int patience = 15'000;
-
 } // namespace
 
 /// Each test has a home of its own and a real watcher on it, seeded before the test begins where it says so.
-class ScreenshotWatcherTest : public QObject {
+class ScreenshotWatcherTest final : public ScreenshotWatcherFixture {
     Q_OBJECT
 
 private Q_SLOTS:
@@ -58,51 +55,16 @@ private Q_SLOTS:
     void aGoneDelegateIsNotCalled();
     void anUnchangedFolderIsNotListedAgain();
     void accessIsGivenBackAfterEachScan();
-
-private:
-    void startWatching();
-    void awaitTicks(int count);
-
-    [[nodiscard]] QString desktopFile(const QString &name) const { return m_home->desktop() + u'/' + name; }
-
-    std::unique_ptr<TemporaryHome> m_home;
-    std::unique_ptr<RecordingWatcherDelegate> m_recorder;
-    std::unique_ptr<ScreenshotWatcher> m_watcher;
 };
 
 void ScreenshotWatcherTest::init()
 {
-    m_home = std::make_unique<TemporaryHome>();
-    m_recorder = std::make_unique<RecordingWatcherDelegate>();
+    makeHome();
 }
 
 void ScreenshotWatcherTest::cleanup()
 {
-    m_watcher.reset();
-    background::pool(BackgroundQueue::Scan).waitForDone();
-    m_recorder.reset();
-    m_home.reset();
-}
-
-void ScreenshotWatcherTest::startWatching()
-{
-    m_watcher = std::make_unique<ScreenshotWatcher>();
-    m_watcher->setDelegate(m_recorder.get());
-    QSignalSpy seeded(m_watcher.get(), &ScreenshotWatcher::didApplyScan);
-    QVERIFY(seeded.wait(patience));
-}
-
-/// Returns when at least `count` ticks that began after the call are through: each tick that finds a change
-/// applies its scan, so a marker file tells.
-void ScreenshotWatcherTest::awaitTicks(int count)
-{
-    for (int i = 0; i < count; ++i) {
-        const QString marker = desktopFile(QStringLiteral("Screenshot marker %1.png").arg(i));
-        files::write(marker);
-        QTRY_VERIFY_WITH_TIMEOUT(m_recorder->reports.contains(marker), patience);
-        m_recorder->reports.removeAll(marker);
-        files::remove(marker);
-    }
+    removeHome();
 }
 
 void ScreenshotWatcherTest::whatIsThereAtTheStartIsNeverReported()
