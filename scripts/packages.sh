@@ -3,12 +3,12 @@
 
 # What the scripts take from Debian 12, by purpose.
 
-# Compiler driver, generator and headers: the toolkit, ICU's regular expressions, the Trash, X input, PNG. The
-# compiler of translation catalogues.
+# Compiler driver, generator and headers: the toolkit, ICU's regular expressions, the Trash, X input, PNG, and
+# the unpacking of it. The compiler of translation catalogues.
 build_packages=(
     cmake g++ ninja-build pkg-config
     qt6-base-dev qt6-l10n-tools libicu-dev libglib2.0-dev
-    libxcb1-dev libxcb-xinput-dev libxcb-shape0-dev libpng-dev
+    libxcb1-dev libxcb-xinput-dev libxcb-shape0-dev libpng-dev libisal-dev
 )
 # The toolkit's SVG plugin, which draws the symbols. Previews of WebP and TIFF, the fonts of the screens, and
 # `gsettings`, which tells where some desktops' capture tools save: the program works without these.

@@ -29,14 +29,22 @@ public:
 private:
     using Sums = std::array<quint32, 4>;
 
-    template <Channels channels> void sumColumns(const uchar *pixel);
+    const uchar *premultiplied(const uchar *row);
+    void addWholeRow(const uchar *row);
+    void addWholeRows();
+    template <typename Value> void sumColumns(const Value *row);
+    template <Channels channels, typename Value> void sumColumnsOf(const Value *pixel);
     void addSums(quint64 weight);
     void finishRow();
 
     QSize m_source;
     Channels m_channels;
     QImage m_image;
-    std::vector<Sums> m_rowSums;                // of one source row, per target column
+    std::vector<uchar> m_premultiplied;         // a source row with transparency
+    std::vector<quint16> m_wholeRows;           // the sum of source rows, by channel: see `addRow`
+    int m_wholeRowCount = 0;
+    int m_mostWholeRows;
+    std::vector<Sums> m_rowSums;                // of one source row or such a sum, per target column
     std::vector<std::array<quint64, 4>> m_sums; // of the target's row in progress, likewise
     int m_nextRow = 0;                          // of the target
     int m_missingHeight;                        // of that row: see `addRow`
