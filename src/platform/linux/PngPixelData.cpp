@@ -83,9 +83,23 @@ bool PngPixelData::fill()
         }
         count += part;
     }
+    if (!m_hasHeader && !checkHeader(count)) {
+        return false;
+    }
     m_state->next_in = m_packed.get();
     m_state->avail_in = static_cast<uint32_t>(count);
     return true;
+}
+
+/// What the unpacker takes more lightly than zlib does (RFC 1950, 2.2).
+bool PngPixelData::checkHeader(size_t count)
+{
+    constexpr int deflate = 8;
+    constexpr int largestWindow = 7;
+    constexpr int presetDictionary = 0x20;
+    m_hasHeader = count >= 2;
+    return m_hasHeader && m_packed[0] % 16 == deflate && m_packed[0] / 16 <= largestWindow &&
+           (m_packed[1] & presetDictionary) == 0 && (m_packed[0] * 256 + m_packed[1]) % 31 == 0;
 }
 
 bool PngPixelData::skipEmptyChunks()

@@ -28,9 +28,11 @@ private:
 
     [[nodiscard]] Outcome unpack(uchar *bytes, size_t count);
     [[nodiscard]] bool fill();
+    [[nodiscard]] bool checkHeader(size_t count);
     [[nodiscard]] bool skipEmptyChunks();
 
     PngChunks &m_chunks;
     std::unique_ptr<uchar[]> m_packed;
+    bool m_hasHeader = false;
     std::unique_ptr<inflate_state> m_state;
 };
