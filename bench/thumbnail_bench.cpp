@@ -1,7 +1,7 @@
 // A thumbnail of 240 pixels of a screenshot: the product's, beside the toolkit's full decoding with smooth
-// scaling, libpng's rows under the same averaging, and, where it is installed, libvips' thumbnail. Times are of
-// the whole process's processors: libvips uses several. The counter `psnr` is how near each comes to the exact
-// mean of every pixel's area, in decibel.
+// scaling, libpng's rows under the same averaging, and, where it is installed, libvips' thumbnail. Times are
+// of the whole process's processors: libvips uses several. The counter `psnr` is how near each comes to the
+// exact mean of every pixel's area, in decibel.
 
 #include "AreaAverage.h"
 #include "FileDescriptor.h"
@@ -24,7 +24,7 @@
 #include <map>
 
 #ifdef DESKBROOM_BENCH_VIPS
-#include <vips/vips.h>
+#    include <vips/vips.h>
 #endif
 
 namespace {
@@ -119,8 +119,8 @@ QImage vips(const QString &path)
     void *const pixels = vips_image_write_to_memory(thumbnail, &size);
     const int bands = vips_image_get_bands(thumbnail);
     const QImage image(
-        static_cast<const uchar *>(pixels), vips_image_get_width(thumbnail),
-        vips_image_get_height(thumbnail), qsizetype(vips_image_get_width(thumbnail)) * bands,
+        static_cast<const uchar *>(pixels), vips_image_get_width(thumbnail), vips_image_get_height(thumbnail),
+        qsizetype(vips_image_get_width(thumbnail)) * bands,
         bands == 4 ? QImage::Format_RGBA8888 : QImage::Format_RGB888);
     const QImage copy = image.copy();
     g_free(pixels);

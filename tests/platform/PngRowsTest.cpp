@@ -260,8 +260,7 @@ private Q_SLOTS:
     void aWrongChecksumIsRefused()
     {
         QFETCH(const QByteArray, type);
-        QByteArray bytes =
-            written({9, 7}, {.colorType = PNG_COLOR_TYPE_PALETTE, .hasTransparency = true});
+        QByteArray bytes = written({9, 7}, {.colorType = PNG_COLOR_TYPE_PALETTE, .hasTransparency = true});
         QVERIFY(isAccepted(bytes));
         const auto offsets = chunkOffsets(bytes);
         for (qsizetype chunk = 0; chunk + 1 < offsets.size(); ++chunk) {

@@ -100,8 +100,8 @@ const uchar *AreaAverage::premultiplied(const uchar *row)
         quint32 pixel = 0;
         std::memcpy(&pixel, row, sizeof pixel);
         const quint32 alpha = row[3];
-        pixel = multipliedPair(pixel & 0x00FF'00FF, alpha) |
-                multipliedPair((pixel >> 8) & 0x00FF'00FF, alpha) << 8;
+        pixel = multipliedPair(pixel & 0x00FF'00FF, alpha) | multipliedPair((pixel >> 8) & 0x00FF'00FF, alpha)
+                                                                 << 8;
         std::memcpy(to, &pixel, sizeof pixel);
         to[3] = static_cast<uchar>(alpha);
     }
@@ -142,8 +142,7 @@ template <typename Value> void AreaAverage::sumColumns(const Value *row)
     }
 }
 
-template <AreaAverage::Channels channels, typename Value>
-void AreaAverage::sumColumnsOf(const Value *pixel)
+template <AreaAverage::Channels channels, typename Value> void AreaAverage::sumColumnsOf(const Value *pixel)
 {
     constexpr auto channelCount = static_cast<size_t>(channels);
     const auto columnWidth = static_cast<quint32>(m_source.width());

@@ -40,8 +40,8 @@ private:
     QSize m_source;
     Channels m_channels;
     QImage m_image;
-    std::vector<uchar> m_premultiplied;         // a source row with transparency
-    std::vector<quint16> m_wholeRows;           // the sum of source rows, by channel: see `addRow`
+    std::vector<uchar> m_premultiplied; // a source row with transparency
+    std::vector<quint16> m_wholeRows;   // the sum of source rows, by channel: see `addRow`
     int m_wholeRowCount = 0;
     int m_mostWholeRows;
     std::vector<Sums> m_rowSums;                // of one source row or such a sum, per target column

@@ -50,17 +50,17 @@ LibpngRows::~LibpngRows()
 bool LibpngRows::readHeader()
 {
     const bool isRead = m_info != nullptr && succeeds(m_png, [this] {
-        png_set_read_fn(m_png, this, &LibpngRows::readBytes);
-        png_set_user_limits(m_png, AreaAverage::longestSide, AreaAverage::longestSide);
-        png_set_chunk_malloc_max(m_png, longestChunk);
-        // Texts, profiles and the like are skipped: they could unpack to anything.
-        png_set_keep_unknown_chunks(m_png, PNG_HANDLE_CHUNK_NEVER, nullptr, -1);
-        png_read_info(m_png, m_info);
-        png_set_expand(m_png); // palette, few bits, a transparent colour
-        png_set_scale_16(m_png);
-        png_set_gray_to_rgb(m_png);
-        png_read_update_info(m_png, m_info);
-    });
+                            png_set_read_fn(m_png, this, &LibpngRows::readBytes);
+                            png_set_user_limits(m_png, AreaAverage::longestSide, AreaAverage::longestSide);
+                            png_set_chunk_malloc_max(m_png, longestChunk);
+                            // Texts, profiles and the like are skipped: they could unpack to anything.
+                            png_set_keep_unknown_chunks(m_png, PNG_HANDLE_CHUNK_NEVER, nullptr, -1);
+                            png_read_info(m_png, m_info);
+                            png_set_expand(m_png); // palette, few bits, a transparent colour
+                            png_set_scale_16(m_png);
+                            png_set_gray_to_rgb(m_png);
+                            png_read_update_info(m_png, m_info);
+                        });
     if (!isRead || isInterlaced()) {
         return false;
     }

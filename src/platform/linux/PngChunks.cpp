@@ -25,7 +25,8 @@ bool isLetter(uchar byte)
 } // namespace
 
 PngChunks::PngChunks(int descriptor)
-    : m_descriptor(descriptor), m_buffer(std::make_unique_for_overwrite<uchar[]>(bufferSize))
+    : m_descriptor(descriptor),
+      m_buffer(std::make_unique_for_overwrite<uchar[]>(bufferSize))
 {
 }
 

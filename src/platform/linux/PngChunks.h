@@ -29,8 +29,10 @@ public:
 
     // Of the chunk whose header was read last.
     [[nodiscard]] quint32 type() const { return m_type; }
+
     /// Bytes that haven't been read yet.
     [[nodiscard]] size_t left() const { return m_left; }
+
     /// A reader that doesn't know it can't show the image.
     [[nodiscard]] bool isCritical() const;
 

@@ -13,7 +13,8 @@ constexpr quint32 imageData = PngChunks::type("IDAT");
 } // namespace
 
 PngPixelData::PngPixelData(PngChunks &chunks)
-    : m_chunks(chunks), m_packed(std::make_unique_for_overwrite<uchar[]>(packedSize)),
+    : m_chunks(chunks),
+      m_packed(std::make_unique_for_overwrite<uchar[]>(packedSize)),
       m_state(std::make_unique_for_overwrite<inflate_state>())
 {
     isal_inflate_init(m_state.get());
@@ -66,7 +67,8 @@ PngPixelData::Outcome PngPixelData::unpack(uchar *bytes, size_t count)
     return Outcome::Filled;
 }
 
-/// The next packed bytes, of as many chunks as it takes. None is no failure: the unpacker may still hold some.
+/// The next packed bytes, of as many chunks as it takes. None is no failure: the unpacker may still hold
+/// some.
 bool PngPixelData::fill()
 {
     size_t count = 0;

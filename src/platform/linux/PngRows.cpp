@@ -119,8 +119,7 @@ bool PngRows::readImageHeader()
             m_colors[value] = {gray, gray, gray};
         }
     }
-    const bool hasAlpha =
-        m_header.colorType == PngHeader::GrayAlpha || m_header.colorType == PngHeader::Rgba;
+    const bool hasAlpha = m_header.colorType == PngHeader::GrayAlpha || m_header.colorType == PngHeader::Rgba;
     m_channels = hasAlpha ? AreaAverage::Channels::Rgba : AreaAverage::Channels::Rgb;
     return true;
 }
@@ -153,7 +152,7 @@ bool PngRows::readTransparency()
 {
     const size_t length = m_chunks.left();
     const bool isPalette = m_header.colorType == PngHeader::Palette;
-    const bool fits = isPalette                              ? length > 0 && length <= m_paletteSize
+    const bool fits = isPalette                               ? length > 0 && length <= m_paletteSize
                       : m_header.colorType == PngHeader::Gray ? length == 2
                       : m_header.colorType == PngHeader::Rgb  ? length == 6
                                                               : false;

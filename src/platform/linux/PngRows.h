@@ -10,10 +10,10 @@
 #include <vector>
 
 /// The rows of a PNG of 8 bits per channel that isn't interlaced, from the top: red, green, blue and, where
-/// the file has any transparency, alpha, a byte each and not premultiplied. Holds two rows and some hundred
-/// KiB. Strict with what it reads: the checksum of every chunk that says something about the pixels and that of
-/// the pixels. Texts, profiles and the like are jumped over. Each step fails if the file is damaged or ends too
-/// early; the reader is of no further use then.
+/// the file has any transparency, alpha, a byte each and not premultiplied. Holds a few rows and some
+/// hundred KiB. Strict with what it reads: the checksum of every chunk that says something about the pixels and that
+/// of the pixels. Texts, profiles and the like are jumped over. Each step fails if the file is damaged or
+/// ends too early; the reader is of no further use then.
 class PngRows final {
 public:
     [[nodiscard]] static bool canRead(const PngHeader &header);
@@ -25,6 +25,7 @@ public:
 
     // Of the header that was read.
     [[nodiscard]] QSize size() const { return m_header.size; }
+
     [[nodiscard]] AreaAverage::Channels channels() const { return m_channels; }
 
     /// Valid until the next call; null on failure. To be called as often as there are rows.
@@ -56,10 +57,10 @@ private:
     size_t m_paletteSize = 0;
     std::optional<Color> m_transparentColor; // of an RGB image
     std::optional<PngPixelData> m_pixelData;
-    size_t m_rowBytes = 0;          // as stored, without the filter's byte
-    qint64 m_missingBytes = 0;      // not unpacked yet
-    std::vector<uchar> m_buffer;    // the row before, then what is unpacked
-    size_t m_begin = 0;             // of the next row in the buffer, at its filter's byte
-    size_t m_end = 0;               // of what is unpacked
-    std::vector<uchar> m_expanded;  // a row that isn't stored as it is answered
+    size_t m_rowBytes = 0;         // as stored, without the filter's byte
+    qint64 m_missingBytes = 0;     // not unpacked yet
+    std::vector<uchar> m_buffer;   // the row before, then what is unpacked
+    size_t m_begin = 0;            // of the next row in the buffer, at its filter's byte
+    size_t m_end = 0;              // of what is unpacked
+    std::vector<uchar> m_expanded; // a row that isn't stored as it is answered
 };

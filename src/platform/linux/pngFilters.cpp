@@ -6,15 +6,15 @@
 #include <cstring>
 
 #ifdef __SSE2__
-#include <emmintrin.h>
+#    include <emmintrin.h>
 #endif
 
 namespace {
 
 constexpr bool isLittleEndian = std::endian::native == std::endian::little;
 
-// A pixel of 3 or 4 bytes is computed at once. Each needs the one before it, so the way from pixel to pixel is
-// what takes the time: all channels go it side by side in one register, from which they don't return.
+// A pixel of 3 or 4 bytes is computed at once. Each needs the one before it, so the way from pixel to pixel
+// is what takes the time: all channels go it side by side in one register, from which they don't return.
 using Bytes [[gnu::vector_size(16)]] = quint8;
 using Words [[gnu::vector_size(16)]] = quint32;
 using Lanes [[gnu::vector_size(16)]] = qint16;
@@ -44,11 +44,11 @@ template <size_t size> void store(uchar *pixel, Bytes bytes)
 Lanes widened(Bytes bytes)
 {
     if constexpr (isLittleEndian) {
-        return std::bit_cast<Lanes>(__builtin_shufflevector(
-            bytes, Bytes{}, 0, 16, 1, 17, 2, 18, 3, 19, 4, 20, 5, 21, 6, 22, 7, 23));
+        return std::bit_cast<Lanes>(
+            __builtin_shufflevector(bytes, Bytes{}, 0, 16, 1, 17, 2, 18, 3, 19, 4, 20, 5, 21, 6, 22, 7, 23));
     } else {
-        return std::bit_cast<Lanes>(__builtin_shufflevector(
-            bytes, Bytes{}, 16, 0, 17, 1, 18, 2, 19, 3, 20, 4, 21, 5, 22, 6, 23, 7));
+        return std::bit_cast<Lanes>(
+            __builtin_shufflevector(bytes, Bytes{}, 16, 0, 17, 1, 18, 2, 19, 3, 20, 4, 21, 5, 22, 6, 23, 7));
     }
 }
 
