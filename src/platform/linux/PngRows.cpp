@@ -188,7 +188,7 @@ bool PngRows::skipOther()
 void PngRows::allocateRows()
 {
     const auto width = static_cast<size_t>(m_header.size.width());
-    m_pixelData.emplace(m_chunks);
+    m_pixelData = std::make_unique<PngPixelData>(m_chunks);
     m_rowBytes = width * bytesPerPixel(m_header.colorType);
     const size_t stride = m_rowBytes + 1;
     m_missingBytes = static_cast<qint64>(stride) * m_header.size.height();
@@ -244,15 +244,15 @@ const uchar *PngRows::expanded(const uchar *row)
             std::memcpy(to, &color, sizeof color);
         }
         break;
-    case PngHeader::Rgb:
+    case PngHeader::Rgb: {
+        const Color key = m_transparentColor.value_or(Color{});
         for (; row < end; row += 3, to += 4) {
-            const bool isTransparent = row[0] == m_transparentColor->red &&
-                                       row[1] == m_transparentColor->green &&
-                                       row[2] == m_transparentColor->blue;
+            const bool isTransparent = row[0] == key.red && row[1] == key.green && row[2] == key.blue;
             const Color color = {row[0], row[1], row[2], isTransparent ? uchar(0) : uchar(255)};
             std::memcpy(to, &color, sizeof color);
         }
         break;
+    }
     case PngHeader::Rgba:
         Q_UNREACHABLE();
     }

@@ -6,14 +6,15 @@
 #include "PngPixelData.h"
 
 #include <array>
+#include <memory>
 #include <optional>
 #include <vector>
 
 /// The rows of a PNG of 8 bits per channel that isn't interlaced, from the top: red, green, blue and, where
 /// the file has any transparency, alpha, a byte each and not premultiplied. Holds a few rows and some
-/// hundred KiB. Strict with what it reads: the checksum of every chunk that says something about the pixels and that
-/// of the pixels. Texts, profiles and the like are jumped over. Each step fails if the file is damaged or
-/// ends too early; the reader is of no further use then.
+/// hundred KiB. Strict with what it reads: the checksum of every chunk that says something about the pixels
+/// and that of the pixels. Texts, profiles and the like are jumped over. Each step fails if the file is
+/// damaged or ends too early; the reader is of no further use then.
 class PngRows final {
 public:
     [[nodiscard]] static bool canRead(const PngHeader &header);
@@ -56,7 +57,7 @@ private:
     std::array<Color, 256> m_colors; // of the palette or the grays
     size_t m_paletteSize = 0;
     std::optional<Color> m_transparentColor; // of an RGB image
-    std::optional<PngPixelData> m_pixelData;
+    std::unique_ptr<PngPixelData> m_pixelData;
     size_t m_rowBytes = 0;         // as stored, without the filter's byte
     qint64 m_missingBytes = 0;     // not unpacked yet
     std::vector<uchar> m_buffer;   // the row before, then what is unpacked
