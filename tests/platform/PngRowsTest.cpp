@@ -107,7 +107,7 @@ QByteArray written(QSize size, const Writing &writing)
     png_set_compression_level(png, writing.level);
     png_set_compression_buffer_size(png, writing.chunkSize);
     png_write_info(png, info);
-    const int stride = size.width() * channelCount(writing.colorType);
+    const auto stride = qsizetype(size.width()) * channelCount(writing.colorType);
     const QByteArray image = pixels(size, channelCount(writing.colorType));
     for (int y = 0; y < size.height(); ++y) {
         png_write_row(png, reinterpret_cast<png_const_bytep>(image.constData()) + y * stride);
@@ -328,7 +328,7 @@ private Q_SLOTS:
         QVERIFY(!isAccepted(paletteImage({})));
         QVERIFY(!isAccepted(paletteImage(pngChunk("PLTE", {}))));
         QVERIFY(!isAccepted(paletteImage(pngChunk("PLTE", "abcd"))));
-        QVERIFY(!isAccepted(paletteImage(pngChunk("PLTE", QByteArray(257 * 3, 'a')))));
+        QVERIFY(!isAccepted(paletteImage(pngChunk("PLTE", QByteArray(771, 'a')))));
         QVERIFY(!isAccepted(paletteImage(palette + palette)));
         QCOMPARE(rows<PngRows>(paletteImage(palette)), QByteArray("3abc\0\0\0", 7)); // 5 is past its end
         QCOMPARE(rows<PngRows>(paletteImage(palette)), rows<LibpngRows>(paletteImage(palette)));
