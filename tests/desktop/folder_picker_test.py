@@ -205,7 +205,8 @@ class HostileFolderNames(FolderAccessTestCase):
         self.assertNamed("one\ntwo", "one\ntwo", r"one\ntwo")
 
     def test_right_to_left(self):
-        self.assertNamed("\u202egnp\u05e9\u05dc", "\u202egnp\u05e9\u05dc", "\\u202egnp\u05e9\u05dc")
+        # The notification leaves out what would turn the rest of its text round.
+        self.assertNamed("\u202egnp\u05e9\u05dc", "gnp\u05e9\u05dc", "\\u202egnp\u05e9\u05dc")
 
     def test_200_bytes(self):
         name = "\u00e9" * 100
