@@ -21,12 +21,16 @@ class Answers:
         return program, program.wait_for_question()
 
     def test_the_question_shows_its_texts_and_a_preview(self):
-        program, question = self.ask()
+        program, _question = self.ask()
+        question = wait_until(
+            lambda: (asked := program.question()) and asked.has_preview() and asked, "the preview is loaded"
+        )
         self.assertEqual(
-            sorted(question.texts), ["Screenshot Taken", "What would you like to do with this screenshot?"], question
+            sorted(question.texts),
+            ["Preview of the screenshot", "Screenshot Taken", "What would you like to do with this screenshot?"],
+            question,
         )
         self.assertEqual(sorted(question.buttons), ["Delete Now", "Delete in 5 min", "Keep"])
-        wait_until(lambda: program.question().has_preview(), "the preview is loaded")
         self.save_picture("question")
 
     def test_delete_now_moves_the_file_to_the_trash(self):
