@@ -9,8 +9,8 @@ struct inflate_state;
 /// What the IDAT chunks of a PNG hold once it is unpacked: one zlib stream, however they cut it. Unpacks no
 /// more than it is asked for, so that a small file can't become an endless one. Each step returns false if
 /// the file is damaged or ends too early; the reader is of no further use then. ISA-L, which unpacks, lets a
-/// block's table pass that leaves codes unused, where zlib refuses; such a code itself, or a wrong checksum of
-/// the pixels, is refused all the same.
+/// block's table pass that leaves codes unused, where zlib refuses; such a code itself, or a wrong checksum
+/// of the pixels, is refused all the same.
 class PngPixelData final {
 public:
     /// `chunks` is at the contents of the first IDAT, and afterwards of the chunk behind the last one.
