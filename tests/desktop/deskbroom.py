@@ -53,7 +53,7 @@ class Question:
         return self._seen[0].rectangle
 
     def has_preview(self):
-        return not any(thing.role == "progress bar" for thing in self._seen)
+        return any(thing.role == "graphic" for thing in self._seen)
 
     def press(self, name):
         for thing in self._seen:
