@@ -100,12 +100,17 @@ QList<ScreenshotItem> screenshotListing::scanDirectory(const FileManager &fileMa
                 attributes.error().description());
             continue;
         }
-        const std::optional<QDateTime> &created = attributes->creationDate;
-        items.append({
-            .id = path,
-            .creationDate = created ? *created : QDateTime::currentDateTimeUtc(),
-            .fileSize = attributes->size,
-        });
+        items.append(record(path, *attributes));
     }
     return items;
+}
+
+ScreenshotItem screenshotListing::record(const QString &path, const FileAttributes &attributes)
+{
+    const std::optional<QDateTime> &created = attributes.creationDate;
+    return {
+        .id = path,
+        .creationDate = created ? *created : QDateTime::currentDateTimeUtc(),
+        .fileSize = attributes.size,
+    };
 }

@@ -19,4 +19,7 @@ namespace screenshotListing {
 /// The screenshots that lie directly in the folder, in the order of its listing.
 [[nodiscard]] QList<ScreenshotItem> scanDirectory(const FileManager &fileManager, const QUrl &url);
 
+/// What is kept of one file. One without a creation date was created now.
+[[nodiscard]] ScreenshotItem record(const QString &path, const FileAttributes &attributes);
+
 } // namespace screenshotListing

@@ -70,6 +70,7 @@ private Q_SLOTS:
     void cleanup();
 
     void aRecordTellsPathNameDateAndSize();
+    void aFileWithoutACreationDateHasTheMomentOfTheListing();
     void recordsAreEqualWhenEverythingIs();
     void onlyScreenshotsAreListed();
     void hostileNamesAreListedAsTheyAre();
@@ -124,6 +125,18 @@ void screenshotListingTest::aRecordTellsPathNameDateAndSize()
     // A file that was restored or copied is as old as what is in it.
     files::makeOlder(path, 3600);
     QVERIFY(scan(m_home->desktop()).constFirst().creationDate < before);
+}
+
+void screenshotListingTest::aFileWithoutACreationDateHasTheMomentOfTheListing()
+{
+    // No file system here leaves both of a file's times out.
+    const QDateTime before = QDateTime::currentDateTimeUtc();
+    const ScreenshotItem item = screenshotListing::record(
+        QStringLiteral("/folder/Screenshot.png"), {.creationDate = {}, .size = 7, .isRegularFile = true});
+    QVERIFY(item.creationDate >= before);
+    QVERIFY(item.creationDate <= QDateTime::currentDateTimeUtc());
+    QCOMPARE(item.creationDate.timeSpec(), Qt::UTC);
+    QCOMPARE(item.fileSize, 7);
 }
 
 void screenshotListingTest::recordsAreEqualWhenEverythingIs()
