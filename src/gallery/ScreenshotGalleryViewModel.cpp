@@ -158,7 +158,7 @@ void ScreenshotGalleryViewModel::toggleSelection(const ScreenshotItem &item)
     });
 }
 
-QList<ScreenshotItem> ScreenshotGalleryViewModel::selectedItems() const
+QList<ScreenshotItem> ScreenshotGalleryViewModel::selectedScreenshots() const
 {
     QList<ScreenshotItem> items;
     std::ranges::copy_if(
@@ -174,7 +174,7 @@ void ScreenshotGalleryViewModel::copyToClipboard(const ScreenshotItem &item)
 
 void ScreenshotGalleryViewModel::copySelectedToClipboard()
 {
-    copy(selectedItems(), AfterCopying::EndSelecting);
+    copy(selectedScreenshots(), AfterCopying::EndSelecting);
 }
 
 /// The application owns the work and not the model: who closes the gallery right after a click still finds
@@ -208,7 +208,7 @@ void ScreenshotGalleryViewModel::finishCopying(
 
 void ScreenshotGalleryViewModel::deleteSelected()
 {
-    const QList<ScreenshotItem> items = selectedItems();
+    const QList<ScreenshotItem> items = selectedScreenshots();
     if (items.isEmpty()) {
         return;
     }

@@ -70,6 +70,9 @@ public:
     [[nodiscard]] bool hasMore() const;
     [[nodiscard]] qsizetype remainingCount() const;
 
+    /// The selected items among those that are shown, in display order: what copying and deleting take.
+    [[nodiscard]] QList<ScreenshotItem> selectedScreenshots() const;
+
     void setSelectedIDs(QSet<QString> ids) { m_selectedIDs.set(std::move(ids)); }
 
     void setSelectionMode(bool isOn) { m_isSelectionMode.set(isOn); }
@@ -104,7 +107,6 @@ public:
 private:
     enum class AfterCopying { GoOn, EndSelecting };
 
-    [[nodiscard]] QList<ScreenshotItem> selectedItems() const;
     void finishListing(quint64 listing, const QList<ScreenshotItem> &found);
     void appendNextBatch();
     void displayMore(qsizetype count);
