@@ -50,6 +50,10 @@ public:
 
     void takeKeyboard();
 
+    /// Body and arrow of the popover that this top-level window is, in the window's coordinates and logical
+    /// pixels, as it is at this moment: it changes with the view's size. Empty for any other window.
+    [[nodiscard]] static QPainterPath outlineOf(const QWidget &window);
+
 Q_SIGNALS:
     void didClose();
 

@@ -82,6 +82,12 @@ void Popover::takeKeyboard()
     }
 }
 
+QPainterPath Popover::outlineOf(const QWidget &window)
+{
+    const auto *const popover = qobject_cast<const PopoverWindow *>(&window);
+    return popover == nullptr ? QPainterPath() : popover->outline();
+}
+
 void Popover::watchForClicksElsewhere()
 {
     auto global = EventMonitor::addGlobalMonitor([this](QPoint position) { clickedElsewhere(position); });

@@ -82,6 +82,11 @@ bool PopoverWindow::takesClicks() const
     return !m_contentView->testAttribute(Qt::WA_TransparentForMouseEvents);
 }
 
+QPainterPath PopoverWindow::outline() const
+{
+    return m_appearance.outline(m_placement.geometry);
+}
+
 bool PopoverWindow::event(QEvent *event)
 {
     if (event->type() == QEvent::LayoutRequest) {
@@ -121,7 +126,7 @@ void PopoverWindow::place()
 
 void PopoverWindow::shapeWindow()
 {
-    const QRegion outline(m_appearance.outline(m_placement.geometry).toFillPolygon().toPolygon());
+    const QRegion outline(this->outline().toFillPolygon().toPolygon());
     if (m_isTranslucent) {
         // A click on the shadow is a click on what lies under it.
         setInputShape(*windowHandle(), outline);

@@ -25,6 +25,8 @@ public:
     /// False while a click that was meant for what lay here before would be lost on the contents.
     [[nodiscard]] bool takesClicks() const;
 
+    [[nodiscard]] QPainterPath outline() const;
+
 Q_SIGNALS:
     /// Escape was pressed.
     void cancelled();
