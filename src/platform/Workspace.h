@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QList>
 #include <QUrl>
 
 #include <functional>
@@ -19,6 +20,14 @@ public:
     /// Answers whether something was started; what becomes of it isn't waited for. A failure prints one line,
     /// "Failed to open System Settings: …" or "Failed to open <url>: …".
     bool open(const QUrl &url);
+
+    /// Shows these files in the desktop's file manager, selected in their folders, and brings it to the
+    /// front. A file manager that can't do that, or that doesn't answer within ten seconds, shows the
+    /// folders instead.
+    ///
+    /// Answers whether somebody was asked. A URL that isn't a local file is left out and prints one
+    /// line, "Failed to show <url>: …", and so does a failure that is seen at once or later.
+    bool activateFileViewerSelecting(const QList<QUrl> &urls);
 
     /// What shows this program's own settings, for desktops whose settings aren't known or not installed;
     /// null: nothing does.

@@ -24,6 +24,16 @@ const QUrl
 const QUrl notifications(QStringLiteral("x-apple.systempreferences:com.apple.preference.notifications"));
 const QUrl unknownPane(QStringLiteral("x-apple.systempreferences:com.apple.preference.displays"));
 
+/// Names as any file may have them.
+QList<QUrl> hostileFiles()
+{
+    return {
+        QUrl::fromLocalFile(QStringLiteral("/srv/shots/-a %\n#\"$(b).png")),
+        QUrl::fromLocalFile(QStringLiteral("/srv/shots/\u202Egnp.b.png")),
+        QUrl::fromLocalFile(QStringLiteral("/srv/more/c\\?d.png")),
+    };
+}
+
 const QString settingsFailure = QStringLiteral("Failed to open System Settings: ");
 
 } // namespace
@@ -73,6 +83,52 @@ private:
     QDBusConnection m_bus;
     Manner m_manner;
     QStringList m_opened;
+};
+
+/// A file manager on a connection of its own that records what it is asked to show.
+class FileManagerService final : public QDBusVirtualObject {
+    Q_OBJECT
+
+public:
+    enum class Manner { Shows, Refuses };
+
+    explicit FileManagerService(Manner manner)
+        : m_bus(QDBusConnection::connectToBus(QDBusConnection::SessionBus, QStringLiteral("files"))),
+          m_manner(manner)
+    {
+        m_bus.registerVirtualObject(QStringLiteral("/org/freedesktop/FileManager1"), this);
+        m_bus.registerService(QStringLiteral("org.freedesktop.FileManager1"));
+    }
+
+    ~FileManagerService() override { QDBusConnection::disconnectFromBus(QStringLiteral("files")); }
+
+    Q_DISABLE_COPY_MOVE(FileManagerService)
+
+    /// The method and the URIs that it was called with.
+    [[nodiscard]] QStringList shown() const { return m_shown; }
+
+    [[nodiscard]] bool hasAnswered() const { return m_hasAnswered; }
+
+    [[nodiscard]] QString introspect(const QString & /*path*/) const override { return {}; }
+
+    bool handleMessage(const QDBusMessage &message, const QDBusConnection & /*connection*/) override
+    {
+        // Not answered, as by every other service, if the types are wrong.
+        if (message.signature() != QLatin1String("ass")) {
+            return false;
+        }
+        m_shown = QStringList(message.member()) + message.arguments().constFirst().toStringList();
+        m_hasAnswered = m_bus.send(
+            m_manner == Manner::Shows ? message.createReply()
+                                      : message.createErrorReply(QDBusError::Failed, QStringLiteral("No")));
+        return true;
+    }
+
+private:
+    QDBusConnection m_bus;
+    Manner m_manner;
+    QStringList m_shown;
+    bool m_hasAnswered = false;
 };
 
 class WorkspaceTest : public QObject {
@@ -208,7 +264,7 @@ private Q_SLOTS:
         QTest::newRow("fails") << QByteArray("exit 3") << QByteArray("gnome-control-center|\n");
         QTest::newRow("crashes") << QByteArray("kill -SEGV $$") << QByteArray("gnome-control-center|\n");
         QTest::newRow("never answers")
-            << QByteArray("exec /bin/sleep 60") << QByteArray("gnome-control-center|\n");
+            << QByteArray("exec /usr/bin/tail -f /dev/null") << QByteArray("gnome-control-center|\n");
     }
 
     void gnomesPrivacyPageIsTheOneThatIsThere()
@@ -347,6 +403,114 @@ private Q_SLOTS:
         QVERIFY(!Workspace::shared().open(QUrl::fromLocalFile(file + QStringLiteral(".gone"))));
         QCOMPARE(output.lines().size(), 1);
         QVERIFY(started().isEmpty());
+    }
+
+    void theFileManagerSelectsTheFiles()
+    {
+        install(QStringLiteral("xdg-open"));
+        const FileManagerService fileManager(FileManagerService::Manner::Shows);
+        const CapturedOutput output;
+        QVERIFY(Workspace::shared().activateFileViewerSelecting(hostileFiles()));
+        QVERIFY2(fileManager.shown().isEmpty(), "the answer isn't waited for");
+        QTRY_COMPARE(
+            fileManager.shown(), QStringList({
+                                     QStringLiteral("ShowItems"),
+                                     QStringLiteral("file:///srv/shots/-a%20%25%0A%23%22$(b).png"),
+                                     QStringLiteral("file:///srv/shots/%E2%80%AEgnp.b.png"),
+                                     QStringLiteral("file:///srv/more/c%5C%3Fd.png"),
+                                 }));
+        QTRY_VERIFY(fileManager.hasAnswered());
+        QVERIFY(output.lines().isEmpty());
+        QVERIFY(started().isEmpty());
+    }
+
+    void withoutAFileManagerTheFoldersOpen_data()
+    {
+        QTest::addColumn<bool>("isThere");
+        QTest::newRow("nobody is there") << false;
+        QTest::newRow("it refuses") << true;
+    }
+
+    void withoutAFileManagerTheFoldersOpen()
+    {
+        QFETCH(const bool, isThere);
+        install(QStringLiteral("xdg-open"));
+        const std::unique_ptr<FileManagerService> fileManager =
+            isThere ? std::make_unique<FileManagerService>(FileManagerService::Manner::Refuses) : nullptr;
+        const CapturedOutput output;
+        QVERIFY(Workspace::shared().activateFileViewerSelecting({hostileFiles().constFirst()}));
+        QTRY_COMPARE(started(), QByteArray("xdg-open|file:///srv/shots|\n"));
+        QVERIFY(output.lines().isEmpty());
+    }
+
+    void eachFolderOpensOnce()
+    {
+        // Several programs that start at once would write over each other's log: each failure is a line.
+        const CapturedOutput output;
+        QVERIFY(Workspace::shared().activateFileViewerSelecting(hostileFiles()));
+        QTRY_COMPARE(output.lines().size(), 2);
+        QVERIFY(output.lines().constFirst().startsWith(
+            QStringLiteral("Failed to show file:///srv/shots/-a %25%0A%23")));
+        QVERIFY(output.lines().constLast().startsWith(QStringLiteral("Failed to show file:///srv/more/c")));
+        QVERIFY(output.lines().constLast().contains(QStringLiteral(": xdg-open: ")));
+    }
+
+    void inASandboxThePortalShowsTheFiles()
+    {
+        qputenv("FLATPAK_ID", "org.deskbroom.Deskbroom");
+        install(QStringLiteral("xdg-open"));
+        const FileManagerService fileManager(FileManagerService::Manner::Shows);
+        const OpenUriPortal portal(OpenUriPortal::Manner::Accepts);
+        const CapturedOutput output;
+        const QString file = m_home.path() + QStringLiteral("/-a %\n#.png");
+        const QString sibling = m_home.path() + QStringLiteral("/b.png");
+        files::write(file);
+        files::write(sibling);
+        QVERIFY(Workspace::shared().activateFileViewerSelecting(
+            {QUrl::fromLocalFile(file), QUrl::fromLocalFile(sibling)}));
+        QTRY_COMPARE(portal.opened(), QStringList(QStringLiteral("OpenDirectory ") + file));
+        QVERIFY(output.lines().isEmpty());
+        QVERIFY(!Workspace::shared().activateFileViewerSelecting(
+            {QUrl::fromLocalFile(file + QStringLiteral(".gone"))}));
+        QCOMPARE(output.lines().size(), 1);
+        QVERIFY(output.lines().constFirst().startsWith(QStringLiteral("Failed to show file:///")));
+        QVERIFY(fileManager.shown().isEmpty());
+        QVERIFY(started().isEmpty());
+    }
+
+    void onlyFilesOfThisMachineAreShown()
+    {
+        const FileManagerService fileManager(FileManagerService::Manner::Shows);
+        const CapturedOutput output;
+        QVERIFY(!Workspace::shared().activateFileViewerSelecting({}));
+        QVERIFY(output.lines().isEmpty());
+        QVERIFY(!Workspace::shared().activateFileViewerSelecting(
+            {QUrl(QStringLiteral("https://example.org/a.png")), QUrl(QStringLiteral("file://host/a.png")),
+             QUrl()}));
+        QCOMPARE(
+            output.lines(), QStringList({
+                                QStringLiteral("Failed to show https://example.org/a.png: not a local file"),
+                                QStringLiteral("Failed to show file://host/a.png: not a local file"),
+                                QStringLiteral("Failed to show : not a local file"),
+                            }));
+    }
+
+    void whatIsStartedIsNotToldOfOurOwnStart()
+    {
+        files::write(
+            bin() + QStringLiteral("/xdg-open"), "#!/bin/sh\n/usr/bin/env > " + log().toUtf8() +
+                                                     ".new\n/bin/mv " + log().toUtf8() + ".new " +
+                                                     log().toUtf8() + "\n");
+        QVERIFY(
+            QFile::setPermissions(bin() + QStringLiteral("/xdg-open"), QFile::ReadOwner | QFile::ExeOwner));
+        qputenv("DESKTOP_STARTUP_ID", "ours_TIME1");
+        qputenv("XDG_ACTIVATION_TOKEN", "ours");
+        QVERIFY(Workspace::shared().open(hostileFiles().constFirst()));
+        qunsetenv("DESKTOP_STARTUP_ID");
+        qunsetenv("XDG_ACTIVATION_TOKEN");
+        QTRY_VERIFY(!started().isEmpty());
+        QVERIFY(started().contains("\nPATH=") || started().startsWith("PATH="));
+        QVERIFY(!started().contains("ours"));
     }
 
     void aPortalThatRefusesPrintsOneLine()

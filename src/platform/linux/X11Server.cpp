@@ -8,8 +8,10 @@
 
 xcb_connection_t *x11::connection()
 {
-    const auto *application = qGuiApp->nativeInterface<QNativeInterface::QX11Application>();
-    return application == nullptr ? nullptr : application->connection();
+    const auto *const application = qobject_cast<QGuiApplication *>(QCoreApplication::instance());
+    const auto *const x11 =
+        application == nullptr ? nullptr : application->nativeInterface<QNativeInterface::QX11Application>();
+    return x11 == nullptr ? nullptr : x11->connection();
 }
 
 xcb_window_t x11::root(xcb_connection_t *connection)

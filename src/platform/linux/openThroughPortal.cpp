@@ -1,7 +1,9 @@
 #include "openThroughPortal.h"
 
 #include "FileDescriptor.h"
+#include "FileStatus.h"
 #include "print.h"
+#include "startupId.h"
 
 #include <QCoreApplication>
 #include <QDBusConnection>
@@ -10,7 +12,6 @@
 #include <QDBusPendingCallWatcher>
 #include <QDBusPendingReply>
 #include <QDBusUnixFileDescriptor>
-#include <QFile>
 #include <QVariantMap>
 
 #include <cerrno>
@@ -27,29 +28,37 @@ QDBusMessage portalMethod(const QString &method)
         QStringLiteral("org.freedesktop.portal.OpenURI"), method);
 }
 
+/// Portals leave out what they don't know yet.
+QVariantMap options()
+{
+    const QString id = startupId();
+    return id.isEmpty() ? QVariantMap() : QVariantMap{{QStringLiteral("activation_token"), id}};
+}
+
 /// Empty, with the reason in `errno`, if the file can't be opened.
-std::optional<QDBusMessage> question(const QUrl &url)
+std::optional<QDBusMessage> question(const QUrl &url, PortalRequest request)
 {
     if (!url.isLocalFile()) {
         QDBusMessage message = portalMethod(QStringLiteral("OpenURI"));
-        message << QString() << QString::fromLatin1(url.toEncoded()) << QVariantMap();
+        message << QString() << QString::fromLatin1(url.toEncoded()) << options();
         return message;
     }
     // The path alone, so that a pipe or a device isn't touched.
-    const FileDescriptor file(::open(QFile::encodeName(url.toLocalFile()).constData(), O_PATH | O_CLOEXEC));
+    const FileDescriptor file(::open(nativePath(url.toLocalFile()).constData(), O_PATH | O_CLOEXEC));
     if (!file.isValid()) {
         return std::nullopt;
     }
-    QDBusMessage message = portalMethod(QStringLiteral("OpenFile"));
-    message << QString() << QVariant::fromValue(QDBusUnixFileDescriptor(file.get())) << QVariantMap();
+    QDBusMessage message = portalMethod(
+        request == PortalRequest::Open ? QStringLiteral("OpenFile") : QStringLiteral("OpenDirectory"));
+    message << QString() << QVariant::fromValue(QDBusUnixFileDescriptor(file.get())) << options();
     return message;
 }
 
 } // namespace
 
-bool openThroughPortal(const QUrl &url, const QString &reason)
+bool openThroughPortal(const QUrl &url, PortalRequest request, const QString &reason)
 {
-    const std::optional<QDBusMessage> message = question(url);
+    const std::optional<QDBusMessage> message = question(url, request);
     if (!message) {
         print(reason + qt_error_string(errno));
         return false;
