@@ -2,6 +2,10 @@
 
 #include "PushButton.h"
 
+#include <QGuiApplication>
+#include <QStyle>
+#include <QWidget>
+
 #include <algorithm>
 
 namespace {
@@ -58,51 +62,84 @@ int ButtonRowLayout::widthOfTexts() const
     return width;
 }
 
-int ButtonRowLayout::restOfRow(int width) const
+int ButtonRowLayout::widestText() const
 {
-    return width - widthOfTexts() - gap * (count() - 1);
+    int width = 0;
+    for (const Entry &entry : m_entries) {
+        width = std::max(width, entry.button->labelWidth());
+    }
+    return width;
+}
+
+int ButtonRowLayout::rowHeight() const
+{
+    int height = 0;
+    for (const Entry &entry : m_entries) {
+        height = std::max(height, entry.button->faceHeight());
+    }
+    return height;
 }
 
 bool ButtonRowLayout::isRow(int width) const
 {
-    return restOfRow(width) >= 2 * PushButton::leastPadding * count();
+    const int texts = m_shares == Shares::Equal ? widestText() * count() : widthOfTexts();
+    return width - gap * (count() - 1) - texts >= 2 * PushButton::leastPadding * count();
+}
+
+std::vector<int> ButtonRowLayout::widthsInRow(int width) const
+{
+    const bool byText = m_shares == Shares::ByText;
+    const int rest = width - gap * (count() - 1) - (byText ? widthOfTexts() : 0);
+    std::vector<int> widths;
+    for (int index = 0; index < count(); ++index) {
+        // The parts differ by a point at most, and add up to the rest.
+        const int part = rest * (index + 1) / count() - rest * index / count();
+        const Entry &entry = m_entries[static_cast<std::size_t>(index)];
+        widths.push_back(part + (byText ? entry.button->labelWidth() : 0));
+    }
+    return widths;
 }
 
 int ButtonRowLayout::heightForWidth(int width) const
 {
     const int rows = isRow(width) ? 1 : count();
-    return rows * PushButton::faceHeight + (rows - 1) * gap;
+    return rows * rowHeight() + (rows - 1) * gap;
 }
 
 QSize ButtonRowLayout::sizeHint() const
 {
-    return {widthOfTexts() + 2 * PushButton::padding * count() + gap * (count() - 1), PushButton::faceHeight};
+    int paddings = 0;
+    for (const Entry &entry : m_entries) {
+        paddings += 2 * entry.button->padding();
+    }
+    const int texts = m_shares == Shares::Equal ? widestText() * count() : widthOfTexts();
+    return {texts + paddings + gap * (count() - 1), rowHeight()};
 }
 
 QSize ButtonRowLayout::minimumSize() const
 {
-    return {0, PushButton::faceHeight};
+    return {0, rowHeight()};
 }
 
 void ButtonRowLayout::setGeometry(const QRect &rect)
 {
     QLayout::setGeometry(rect);
+    const int height = rowHeight();
     if (!isRow(rect.width())) {
-        QRect box(rect.topLeft(), QSize(rect.width(), PushButton::faceHeight));
+        QRect box(rect.topLeft(), QSize(rect.width(), height));
         for (const Entry &entry : m_entries) {
             place(*entry.item, box);
-            box.translate(0, PushButton::faceHeight + gap);
+            box.translate(0, height + gap);
         }
         return;
     }
-    const int rest = restOfRow(rect.width());
+    const Qt::LayoutDirection direction =
+        parentWidget() != nullptr ? parentWidget()->layoutDirection() : QGuiApplication::layoutDirection();
+    const std::vector<int> widths = widthsInRow(rect.width());
     int left = rect.left();
-    for (int index = 0; index < count(); ++index) {
-        const Entry &entry = m_entries[static_cast<std::size_t>(index)];
-        // The parts differ by a point at most, and add up to the rest.
-        const int share = rest * (index + 1) / count() - rest * index / count();
-        const int width = entry.button->labelWidth() + share;
-        place(*entry.item, QRect(left, rect.top(), width, PushButton::faceHeight));
-        left += width + gap;
+    for (std::size_t index = 0; index < m_entries.size(); ++index) {
+        const QRect box(left, rect.top(), widths[index], height);
+        place(*m_entries[index].item, QStyle::visualRect(direction, rect, box));
+        left += widths[index] + gap;
     }
 }

@@ -7,17 +7,24 @@
 
 class PushButton;
 
-/// Puts buttons beside each other, sharing the width: each gets its text's width and an equal part of the
-/// rest. Where that leaves a text less than `PushButton::leastPadding` at either side, all go under each
-/// other at full width. The geometry is that of the buttons as one sees them; their focus rings stand out of
-/// it.
+/// Puts buttons beside each other, sharing the width. Where that leaves a text less than
+/// `PushButton::leastPadding` at either side, all go under each other at full width. The geometry is that of
+/// the buttons as one sees them; their focus rings stand out of it. Mirrored where one reads from right to
+/// left.
 class ButtonRowLayout final : public QLayout {
     Q_OBJECT
 
 public:
+    enum class Shares {
+        /// Each gets its text's width and an equal part of the rest.
+        ByText,
+        Equal,
+    };
+
     static constexpr int gap = 8;
 
-    using QLayout::QLayout;
+    explicit ButtonRowLayout(Shares shares = Shares::ByText) : m_shares(shares) {}
+
     ~ButtonRowLayout() override = default;
     Q_DISABLE_COPY_MOVE(ButtonRowLayout)
 
@@ -45,9 +52,12 @@ private:
     };
 
     [[nodiscard]] int widthOfTexts() const;
-    /// What is left of `width` when the texts and the gaps are taken off.
-    [[nodiscard]] int restOfRow(int width) const;
+    [[nodiscard]] int widestText() const;
+    [[nodiscard]] int rowHeight() const;
     [[nodiscard]] bool isRow(int width) const;
+    /// The width of each button in a row of this width.
+    [[nodiscard]] std::vector<int> widthsInRow(int width) const;
 
+    Shares m_shares;
     std::vector<Entry> m_entries;
 };

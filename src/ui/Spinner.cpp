@@ -16,6 +16,7 @@ constexpr int millisecondsPerFrame = 33;
 constexpr int millisecondsPerTurn = 900;
 constexpr int millisecondsPerPulse = 1200;
 constexpr qreal leastPulse = 0.4;
+constexpr qreal disabledOpacity = 0.45;
 
 /// How far in a period `elapsed` is, 0 to 1.
 qreal phase(qint64 elapsed, int period)
@@ -43,13 +44,23 @@ void paintArc(QPainter &painter, const QRectF &square, const QColor &color)
 
 } // namespace
 
-Spinner::Spinner(QWidget *parent) : QProgressBar(parent)
+Spinner::Spinner(QWidget *parent) : Spinner(regularSide, parent)
+{
+}
+
+Spinner::Spinner(int side, QWidget *parent) : QProgressBar(parent), m_side(side)
 {
     setRange(0, 0);
     setTextVisible(false);
-    setFixedSize(sizeHint());
+    setFixedSize(side, side);
     setAccessibleName(tr("Loading"));
     repaintWithTheme(*this);
+}
+
+void Spinner::setColor(TextColor color)
+{
+    m_color = color;
+    update();
 }
 
 void Spinner::showEvent(QShowEvent *event)
@@ -79,14 +90,15 @@ void Spinner::paintEvent(QPaintEvent * /*event*/)
     const qint64 elapsed = m_sinceStart.isValid() ? m_sinceStart.elapsed() : 0;
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
+    painter.setOpacity(isEnabled() ? 1 : disabledOpacity);
     if (Motion::isReduced()) {
         const qreal wave = (1 + std::cos(2 * std::numbers::pi * phase(elapsed, millisecondsPerPulse))) / 2;
-        painter.setOpacity(leastPulse + (1 - leastPulse) * wave);
+        painter.setOpacity(painter.opacity() * (leastPulse + (1 - leastPulse) * wave));
     } else {
         const QPointF centre = QRectF(rect()).center();
         painter.translate(centre);
         painter.rotate(360 * phase(elapsed, millisecondsPerTurn));
         painter.translate(-centre);
     }
-    paintArc(painter, rect(), Theme::current().secondary);
+    paintArc(painter, rect(), color(m_color));
 }

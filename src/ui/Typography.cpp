@@ -31,9 +31,13 @@ constexpr Metrics metrics(TextStyle style)
         return {13, QFont::Medium, 16};
     case TextStyle::SmallButton:
         return {12, QFont::Medium, 16};
+    case TextStyle::Monospaced:
+        return {10, QFont::Normal, 12};
     }
     std::unreachable();
 }
+
+constexpr qreal monospacedTracking = 0.8;
 
 } // namespace
 
@@ -46,6 +50,10 @@ QFont font(TextStyle style)
     result.setItalic(false);
     // Unhinted advances: a text keeps its width when the screen's scale changes.
     result.setHintingPreference(QFont::PreferNoHinting);
+    if (style == TextStyle::Monospaced) {
+        result.setFamilies(QStringList(QStringLiteral("JetBrains Mono")) + result.families());
+        result.setLetterSpacing(QFont::AbsoluteSpacing, monospacedTracking);
+    }
     return result;
 }
 

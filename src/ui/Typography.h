@@ -2,8 +2,8 @@
 
 #include <QFont>
 
-/// The text styles, in the desktop's own font family. Sizes are in points, and a point is a logical pixel:
-/// the desktop's font size doesn't change them, its scale does.
+/// The text styles, in the desktop's own font family but for the monospaced one. Sizes are in points, and a
+/// point is a logical pixel: the desktop's font size doesn't change them, its scale does.
 enum class TextStyle {
     Title3,
     Headline,
@@ -13,6 +13,9 @@ enum class TextStyle {
     Caption,
     Button,
     SmallButton,
+    /// Counts and labels in capitals: JetBrains Mono with wide tracking, in the desktop's font where that
+    /// isn't installed.
+    Monospaced,
 };
 
 [[nodiscard]] QFont font(TextStyle style);

@@ -22,6 +22,8 @@ class ButtonRowLayoutTest final : public QObject {
 private Q_SLOTS:
     void rowSharesTheWidth();
     void goesUnderEachOtherWhenATextLacksItsSevenPoints();
+    void equalSharesAreEqual();
+    void isMirroredFromRightToLeft();
     void removedButtonLeavesItsPlace();
 };
 
@@ -68,6 +70,40 @@ void ButtonRowLayoutTest::goesUnderEachOtherWhenATextLacksItsSevenPoints()
     layout->setGeometry(QRect(16, 100, leastRow - 1, 64));
     QCOMPARE(boxOf(*one), QRect(16, 100, leastRow - 1, 28));
     QCOMPARE(boxOf(*other), QRect(16, 136, leastRow - 1, 28));
+}
+
+void ButtonRowLayoutTest::equalSharesAreEqual()
+{
+    QWidget window;
+    auto *layout = new ButtonRowLayout(ButtonRowLayout::Shares::Equal);
+    window.setLayout(layout);
+    layout->setContentsMargins(0, 0, 0, 0);
+    auto *cancel = new PushButton(PushButton::Kind::Bordered, QStringLiteral("Cancel"));
+    auto *remove = new PushButton(PushButton::Kind::Destructive, QStringLiteral("Delete All of Them"));
+    layout->addButton(*cancel);
+    layout->addButton(*remove);
+    layout->setGeometry(QRect(20, 100, 308, 28));
+    QCOMPARE(boxOf(*cancel), QRect(20, 100, 150, 28));
+    QCOMPARE(boxOf(*remove), QRect(178, 100, 150, 28));
+    const int leastRow = 2 * (remove->labelWidth() + 14) + 8;
+    QCOMPARE(layout->heightForWidth(leastRow), 28);
+    QCOMPARE(layout->heightForWidth(leastRow - 1), 64);
+}
+
+void ButtonRowLayoutTest::isMirroredFromRightToLeft()
+{
+    QWidget window;
+    window.setLayoutDirection(Qt::RightToLeft);
+    auto *layout = new ButtonRowLayout;
+    window.setLayout(layout);
+    layout->setContentsMargins(0, 0, 0, 0);
+    auto *first = new PushButton(PushButton::Kind::Bordered, QStringLiteral("Cancel"));
+    auto *second = new PushButton(PushButton::Kind::Destructive, QStringLiteral("Delete"));
+    layout->addButton(*first);
+    layout->addButton(*second);
+    layout->setGeometry(QRect(16, 100, rowWidth, 28));
+    QCOMPARE(boxOf(*first).right(), 16 + rowWidth - 1);
+    QCOMPARE(boxOf(*second).left(), 16);
 }
 
 void ButtonRowLayoutTest::removedButtonLeavesItsPlace()

@@ -1,5 +1,6 @@
 #include "Spinner.h"
 #include "Theme.h"
+#include "rendering.h"
 
 #include <QAccessible>
 #include <QTest>
@@ -10,6 +11,9 @@ class SpinnerTest final : public QObject {
 private Q_SLOTS:
     void spinsOnlyWhileItCanBeSeen();
     void turns();
+    void strokeGoesWithTheSide_data();
+    void strokeGoesWithTheSide();
+    void isFaintInWhatIsDisabled();
     void leavesAQuarterOpen();
     void isProgressWithoutAnEndForAssistivePrograms();
 };
@@ -36,6 +40,42 @@ void SpinnerTest::turns()
     window.show();
     const QImage first = window.grab().toImage();
     QTRY_VERIFY(window.grab().toImage() != first);
+}
+
+void SpinnerTest::strokeGoesWithTheSide_data()
+{
+    QTest::addColumn<int>("side");
+    QTest::newRow("in buttons") << 14;
+    QTest::newRow("regular") << Spinner::regularSide;
+    QTest::newRow("large") << 32;
+}
+
+void SpinnerTest::strokeGoesWithTheSide()
+{
+    QFETCH(const int, side);
+    for (const qreal ratio : pixelRatios) {
+        Spinner spinner(side);
+        QCOMPARE(spinner.size(), QSize(side, side));
+        spinner.setColor(TextColor::Red);
+        const QImage image = rendered(spinner, ratio);
+        // The strong end is at the left, where the ring's middle is 0.125 of the side from the edge.
+        const QColor onArc = colorAt(image, QPointF(0.125 * side, 0.5 * side + 0.5));
+        QVERIFY2(onArc.alpha() > 150, qPrintable(QString::number(onArc.alpha())));
+        QVERIFY(onArc.red() > onArc.green());
+        QCOMPARE(colorAt(image, QPointF(side / 2.0, side / 2.0)).alpha(), 0);
+    }
+}
+
+void SpinnerTest::isFaintInWhatIsDisabled()
+{
+    const auto strength = [](Spinner &spinner) {
+        return colorAt(rendered(spinner, 2), {2.5, 10.5}).alphaF();
+    };
+    Spinner spinner;
+    const float before = strength(spinner);
+    QVERIFY(before > 0.5F);
+    spinner.setEnabled(false);
+    QVERIFY(qAbs(strength(spinner) - 0.45F * before) < 0.02F);
 }
 
 void SpinnerTest::leavesAQuarterOpen()

@@ -90,6 +90,7 @@ void ScreenshotConfirmationView::layOut()
         new TextLabel(TextStyle::Subheadline, tr("What would you like to do with this screenshot?"), this));
     rows->addLayout(buttons);
     for (PushButton *button : {m_deleteNowButton, m_deleteLaterButton, m_keepButton}) {
+        button->setSize(PushButton::Size::Question);
         buttons->addButton(*button);
     }
     setFixedWidth(viewWidth);
