@@ -3,6 +3,7 @@
 #include "DirectoryState.h"
 #include "Error.h"
 #include "FileAttributes.h"
+#include "FileState.h"
 #include "FunctionRef.h"
 
 #include <QByteArrayView>
@@ -68,6 +69,9 @@ public:
     [[nodiscard]] Result<DirectoryState> directoryState(const QString &path) const;
 
     [[nodiscard]] Result<FileAttributes> attributesOfItem(const QString &path) const;
+
+    /// Of the file at the path or behind a symbolic link there.
+    [[nodiscard]] Result<FileState> fileState(const QString &path) const;
 
     /// The same date as `FileAttributes::creationDate`.
     [[nodiscard]] Result<std::optional<QDateTime>> creationDate(const QUrl &url) const;

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "FileState.h"
+
 #include <QImage>
 
 #include <memory>
@@ -23,6 +25,9 @@ public:
     /// never up; always made of the full image, never of an embedded thumbnail, and upright. None if the
     /// image is damaged, still unfinished, or has more than 2^28 pixels.
     [[nodiscard]] std::optional<QImage> thumbnail(int maximumPixelSize) const;
+
+    /// The file as it was when it was opened.
+    [[nodiscard]] const FileState &fileState() const;
 
 private:
     explicit ImageSource(std::unique_ptr<const ImageFile> file);

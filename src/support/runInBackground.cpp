@@ -1,6 +1,7 @@
 #include "runInBackground.h"
 
 #include <QDeadlineTimer>
+#include <QThread>
 
 #include <array>
 
@@ -8,11 +9,14 @@ namespace background {
 
 namespace {
 
-constexpr int queueCount = 4;
+constexpr int queueCount = 5;
 
 /// How long the end of the program waits for work under way: a move to the Trash may be waiting two seconds
 /// for a writer, and a scan may hang for good on a dead mount.
 constexpr int shutDownMilliseconds = 3000;
+
+/// Thumbnails come in bursts: their threads needn't wait as long as others for the next one.
+constexpr int thumbnailThreadExpiry = 5000; // milliseconds
 
 std::array<QThreadPool, queueCount> &pools()
 {
@@ -22,6 +26,9 @@ std::array<QThreadPool, queueCount> &pools()
         for (QThreadPool &pool : *created) {
             pool.setMaxThreadCount(2);
         }
+        QThreadPool &thumbnails = (*created)[static_cast<size_t>(BackgroundQueue::Thumbnails)];
+        thumbnails.setMaxThreadCount(QThread::idealThreadCount());
+        thumbnails.setExpiryTimeout(thumbnailThreadExpiry);
         return created;
     }();
     return *instances;
@@ -41,6 +48,7 @@ void finishBackgroundWork()
     background::pool(BackgroundQueue::UserInitiated).clear();
     background::pool(BackgroundQueue::Scan).clear();
     background::pool(BackgroundQueue::Listing).clear();
+    background::pool(BackgroundQueue::Thumbnails).clear();
     const QDeadlineTimer deadline(background::shutDownMilliseconds);
     for (QThreadPool &pool : background::pools()) {
         pool.waitForDone(static_cast<int>(deadline.remainingTime()));

@@ -12,12 +12,14 @@
 enum class BackgroundQueue {
     /// Deletions and what follows a picked folder.
     Default,
-    /// What a person is waiting for: previews, thumbnails.
+    /// What a person is waiting for: previews, copies.
     UserInitiated,
     /// The watcher's listings.
     Scan,
     /// Other looks into folders, the gallery's above all.
     Listing,
+    /// The gallery's thumbnails: as many threads as the machine can run at once.
+    Thumbnails,
 };
 
 namespace background {
@@ -76,7 +78,8 @@ void runInBackgroundIfAny(QObject *owner, BackgroundQueue queue, Work work, Done
     });
 }
 
-/// Called once, when the program ends: drops the previews and listings that haven't begun, and waits a few
+/// Called once, when the program ends: drops the previews, listings and thumbnails that haven't
+/// begun, and waits a few
 /// seconds for what is under way and for the deletions that were asked for. A thread that hangs longer ends
 /// with the process.
 void finishBackgroundWork();

@@ -172,7 +172,7 @@ FileManager::contentsOfDirectory(const QString &path, ListingOption option, Entr
 
 Result<DirectoryState> FileManager::directoryState(const QString &path) const
 {
-    const auto status = FileStatus::ofFolder(path);
+    const auto status = FileStatus::ofTarget(path);
     if (!status) {
         return std::unexpected(status.error());
     }
@@ -186,6 +186,15 @@ Result<FileAttributes> FileManager::attributesOfItem(const QString &path) const
         return std::unexpected(status.error());
     }
     return status->attributes();
+}
+
+Result<FileState> FileManager::fileState(const QString &path) const
+{
+    const auto status = FileStatus::ofTarget(path);
+    if (!status) {
+        return std::unexpected(status.error());
+    }
+    return status->state();
 }
 
 Result<std::optional<QDateTime>> FileManager::creationDate(const QUrl &url) const

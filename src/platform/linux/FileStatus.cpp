@@ -45,7 +45,7 @@ Result<FileStatus> FileStatus::ofItem(const QString &path)
     return status(AT_FDCWD, nativePath(path).constData(), AT_SYMLINK_NOFOLLOW);
 }
 
-Result<FileStatus> FileStatus::ofFolder(const QString &path)
+Result<FileStatus> FileStatus::ofTarget(const QString &path)
 {
     return status(AT_FDCWD, nativePath(path).constData(), 0);
 }
@@ -69,5 +69,16 @@ FileAttributes FileStatus::attributes() const
         .creationDate = QDateTime::fromMSecsSinceEpoch(created.count(), Qt::UTC),
         .size = size,
         .isRegularFile = isRegularFile(),
+    };
+}
+
+FileState FileStatus::state() const
+{
+    return {
+        .device = device,
+        .inode = inode,
+        .size = size,
+        .modifiedNs = modifiedNs,
+        .changedNs = changedNs,
     };
 }

@@ -2,6 +2,7 @@
 
 #include "Error.h"
 #include "FileAttributes.h"
+#include "FileState.h"
 
 #include <QByteArray>
 
@@ -27,13 +28,14 @@ struct FileStatus {
 
     /// Of the item itself: a symbolic link isn't followed.
     [[nodiscard]] static Result<FileStatus> ofItem(const QString &path);
-    /// Of the folder at the path or behind a symbolic link there.
-    [[nodiscard]] static Result<FileStatus> ofFolder(const QString &path);
+    /// Of what is at the path or behind a symbolic link there.
+    [[nodiscard]] static Result<FileStatus> ofTarget(const QString &path);
     [[nodiscard]] static Result<FileStatus> ofDescriptor(int descriptor);
     /// Of the item itself, by its name in an open folder.
     [[nodiscard]] static Result<FileStatus> ofEntry(int folder, const char *name);
 
     [[nodiscard]] FileAttributes attributes() const;
+    [[nodiscard]] FileState state() const;
 
     [[nodiscard]] bool isRegularFile() const { return S_ISREG(mode); }
 

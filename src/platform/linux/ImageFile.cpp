@@ -1,12 +1,12 @@
 #include "ImageFile.h"
 
 #include "FileDescriptor.h"
+#include "FileStatus.h"
 #include "Image.h"
 
 #include <QUrl>
 
 #include <fcntl.h>
-#include <sys/stat.h>
 
 #include <cerrno>
 
@@ -30,8 +30,8 @@ Result<ImageFile> ImageFile::open(const QUrl &url)
     if (!descriptor.isValid()) {
         return std::unexpected(Error::fromErrno(errno, Error::FileReadUnknown));
     }
-    struct stat status = {};
-    if (::fstat(descriptor.get(), &status) != 0 || !S_ISREG(status.st_mode)) {
+    const auto status = FileStatus::ofDescriptor(descriptor.get());
+    if (!status || !status->isRegularFile()) {
         return std::unexpected(notAnImage());
     }
     auto file = std::make_unique<QFile>();
@@ -42,5 +42,5 @@ Result<ImageFile> ImageFile::open(const QUrl &url)
     if (!format) {
         return std::unexpected(notAnImage());
     }
-    return ImageFile{.file = std::move(file), .format = *format};
+    return ImageFile{.file = std::move(file), .format = *format, .state = status->state()};
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Error.h"
+#include "FileState.h"
 #include "ImageFormat.h"
 
 #include <QFile>
@@ -13,6 +14,8 @@ class QUrl;
 struct ImageFile {
     std::unique_ptr<QFile> file;
     ImageFormat format = ImageFormat::Png;
+    /// When it was opened.
+    FileState state;
 
     /// Never blocks on a pipe or a device: those are refused, in the domain of `Image`.
     [[nodiscard]] static Result<ImageFile> open(const QUrl &url);

@@ -26,3 +26,8 @@ std::optional<QImage> ImageSource::thumbnail(int maximumPixelSize) const
 {
     return imageThumbnail(m_file->file->handle(), m_file->format, maximumPixelSize);
 }
+
+const FileState &ImageSource::fileState() const
+{
+    return m_file->state;
+}

@@ -27,7 +27,7 @@ std::atomic<std::shared_ptr<const SecurityScopedAccess>> &keptAccess()
 bool isOnHomeVolume(int descriptor)
 {
     const auto folder = FileStatus::ofDescriptor(descriptor);
-    const auto home = FileStatus::ofFolder(QDir::homePath());
+    const auto home = FileStatus::ofTarget(QDir::homePath());
     return folder && home && folder->device == home->device;
 }
 

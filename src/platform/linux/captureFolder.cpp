@@ -12,7 +12,7 @@ namespace {
 
 bool isFolder(const QString &path)
 {
-    const auto status = FileStatus::ofFolder(path);
+    const auto status = FileStatus::ofTarget(path);
     return status && status->isFolder();
 }
 

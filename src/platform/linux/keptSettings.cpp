@@ -40,7 +40,7 @@ struct Answers {
 
 FileState stateOf(const QString &path)
 {
-    const auto status = FileStatus::ofFolder(path);
+    const auto status = FileStatus::ofTarget(path);
     if (!status) {
         return {};
     }
