@@ -32,6 +32,7 @@ constexpr Metrics metrics(TextStyle style)
     case TextStyle::SmallButton:
         return {12, QFont::Medium, 16};
     case TextStyle::Monospaced:
+    case TextStyle::FrameNumber:
         return {10, QFont::Normal, 12};
     }
     std::unreachable();
@@ -50,8 +51,10 @@ QFont font(TextStyle style)
     result.setItalic(false);
     // Unhinted advances: a text keeps its width when the screen's scale changes.
     result.setHintingPreference(QFont::PreferNoHinting);
-    if (style == TextStyle::Monospaced) {
+    if (style == TextStyle::Monospaced || style == TextStyle::FrameNumber) {
         result.setFamilies(QStringList(QStringLiteral("JetBrains Mono")) + result.families());
+    }
+    if (style == TextStyle::Monospaced) {
         result.setLetterSpacing(QFont::AbsoluteSpacing, monospacedTracking);
     }
     return result;

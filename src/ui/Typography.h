@@ -16,6 +16,8 @@ enum class TextStyle {
     /// Counts and labels in capitals: JetBrains Mono with wide tracking, in the desktop's font where that
     /// isn't installed.
     Monospaced,
+    /// The same without the tracking.
+    FrameNumber,
 };
 
 [[nodiscard]] QFont font(TextStyle style);
