@@ -25,7 +25,7 @@ public:
     enum class Behavior {
         /// A click elsewhere closes it, and so does Escape once it has the keyboard.
         Transient,
-        /// Only its owner closes it.
+        /// Only its owner closes it: see `contains` and `cancelled`.
         ApplicationDefined,
     };
 
@@ -50,12 +50,19 @@ public:
 
     void takeKeyboard();
 
+    /// Whether a click in this top-level window of ours is one in the popover: its own window, one that was
+    /// opened on top of it, or any menu.
+    [[nodiscard]] bool contains(const QWidget &window) const;
+
     /// Body and arrow of the popover that this top-level window is, in the window's coordinates and logical
     /// pixels, as it is at this moment: it changes with the view's size. Empty for any other window.
     [[nodiscard]] static QPainterPath outlineOf(const QWidget &window);
 
 Q_SIGNALS:
     void didClose();
+
+    /// Escape was pressed, and the view left it. A transient popover has closed itself by then.
+    void cancelled();
 
 private:
     void watchForClicksElsewhere();

@@ -170,3 +170,9 @@ void AppDelegate::showGalleryWindow()
             m_views.gallery);
     }
 }
+
+std::unique_ptr<QWidget> AppDelegate::makeRecentScreenshotsView(
+    std::function<void()> onExpandToFull, std::function<void()> onClosePopover) const
+{
+    return m_views.recentScreenshots(std::move(onExpandToFull), std::move(onClosePopover));
+}

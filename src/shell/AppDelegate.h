@@ -20,12 +20,19 @@ class SettingsWindowDelegate;
 class UpdaterController;
 class UserDefaults;
 
-/// What the windows show. A window without a view can't be opened.
+/// What the windows and the gallery popover show. What has no view can't be opened.
 struct WindowViews {
     using Factory = std::function<std::unique_ptr<QWidget>()>;
+    /// The view is given what opens the gallery window and what closes the popover that it is in.
+    using PopoverFactory = std::function<std::unique_ptr<QWidget>(
+        std::function<void()> onExpandToFull, std::function<void()> onClosePopover)>;
 
-    Factory settings;
-    Factory gallery;
+    // The braces are for those that name only some members.
+    // NOLINTBEGIN(readability-redundant-member-init)
+    Factory settings = {};
+    Factory gallery = {};
+    PopoverFactory recentScreenshots = {};
+    // NOLINTEND(readability-redundant-member-init)
 };
 
 /// The program's centre: makes the long-lived objects in their order and keeps them, receives the watcher's
@@ -59,6 +66,12 @@ public:
     [[nodiscard]] bool canShowSettingsWindow() const { return m_views.settings != nullptr; }
 
     [[nodiscard]] bool canShowGalleryWindow() const { return m_views.gallery != nullptr; }
+
+    [[nodiscard]] bool canShowRecentScreenshots() const { return m_views.recentScreenshots != nullptr; }
+
+    /// A new view for the gallery popover, if there can be one.
+    [[nodiscard]] std::unique_ptr<QWidget> makeRecentScreenshotsView(
+        std::function<void()> onExpandToFull, std::function<void()> onClosePopover) const;
 
     [[nodiscard]] qint64 timeframeInMinutes() const { return m_timeframeInMinutes.get(); }
 

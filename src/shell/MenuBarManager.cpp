@@ -10,13 +10,12 @@
 #include "StatusItem.h"
 #include "Symbols.h"
 #include "UpdaterController.h"
+#include "popoverAnchor.h"
 #include "statusItemImage.h"
 
 #include <QAction>
 #include <QApplication>
 #include <QCoreApplication>
-#include <QGuiApplication>
-#include <QScreen>
 #include <QTimer>
 
 #include <utility>
@@ -65,7 +64,7 @@ void MenuBarManager::makeStatusItem()
 {
     m_statusBarItem = std::make_unique<StatusItem>();
     connect(m_statusBarItem.get(), &StatusItem::clicked, this, &MenuBarManager::statusItemClicked);
-    connect(m_statusBarItem.get(), &StatusItem::menuRequested, this, [this] { popUp(*m_mainMenu); });
+    connect(m_statusBarItem.get(), &StatusItem::menuRequested, this, &MenuBarManager::popUpMainMenu);
     const auto showImage = [this] { m_statusBarItem->setImage(statusItemImage()); };
     showImage();
     connect(&Appearance::shared(), &Appearance::changed, this, showImage);
@@ -79,7 +78,8 @@ void MenuBarManager::makeMainMenu()
     QAction *const gallery =
         addItem(menu, tr("Gallery"), QStringLiteral("photo.on.rectangle.angled"), tr("Gallery"));
     gallery->setShortcut(commandKey(Qt::Key_G));
-    gallery->setEnabled(false);
+    gallery->setEnabled(m_appDelegate->canShowRecentScreenshots());
+    connect(gallery, &QAction::triggered, this, &MenuBarManager::openGallery);
 
     menu.addSeparator();
 
@@ -119,8 +119,40 @@ void MenuBarManager::statusItemClicked()
     if (m_confirmationPopover && m_confirmationPopover->isShown()) {
         m_confirmationPopover->takeKeyboard();
     } else {
-        popUp(*m_mainMenu);
+        popUpMainMenu();
     }
+}
+
+void MenuBarManager::popUpMainMenu()
+{
+    // Not every click on the item is one that the monitors see, and some come from the keyboard.
+    closeGalleryPopover();
+    popUp(*m_mainMenu);
+}
+
+void MenuBarManager::openGallery()
+{
+    if (!m_appDelegate || !m_appDelegate->canShowRecentScreenshots()) {
+        return;
+    }
+    closePopovers();
+    if (!m_galleryPopover) {
+        m_galleryPopover = std::make_unique<Popover>(
+            Popover::Behavior::ApplicationDefined, std::make_unique<PopoverFrame>());
+        connect(m_galleryPopover.get(), &Popover::cancelled, this, &MenuBarManager::closePopovers);
+    }
+    const QPointer<AppDelegate> delegate = m_appDelegate;
+    const auto expandToFull = [delegate] {
+        if (delegate) {
+            delegate->showGalleryWindow();
+        }
+    };
+    m_galleryPopover->show(
+        m_appDelegate->makeRecentScreenshotsView(expandToFull, [this] { closePopovers(); }),
+        popoverAnchor(m_statusBarItem->anchor()));
+    m_outsideClickMonitors.install(*m_galleryPopover, [this] { closePopovers(); });
+    // The user asked for it.
+    m_galleryPopover->takeKeyboard();
 }
 
 void MenuBarManager::showTimeframeOptions()
@@ -191,6 +223,7 @@ void MenuBarManager::presentRequestedConfirmation()
     }
     const ConfirmationRequest request = std::move(*m_requestedConfirmation);
     m_requestedConfirmation.reset();
+    closeGalleryPopover();
     if (!m_confirmationPopover) {
         m_confirmationPopover =
             std::make_unique<Popover>(Popover::Behavior::Transient, std::make_unique<PopoverFrame>());
@@ -205,11 +238,20 @@ void MenuBarManager::presentRequestedConfirmation()
         std::make_unique<ScreenshotConfirmationView>(
             request.screenshotPath, request.timeframeInMinutes, closing(request.onDeleteNow),
             closing(request.onDeleteLater), [this] { closePopovers(); }),
-        popoverAnchor());
+        popoverAnchor(m_statusBarItem->anchor()));
+}
+
+void MenuBarManager::closeGalleryPopover()
+{
+    m_outsideClickMonitors.remove();
+    if (m_galleryPopover) {
+        m_galleryPopover->close();
+    }
 }
 
 void MenuBarManager::closePopovers()
 {
+    closeGalleryPopover();
     if (m_confirmationPopover) {
         m_confirmationPopover->close();
     }
@@ -218,21 +260,4 @@ void MenuBarManager::closePopovers()
 void MenuBarManager::popUp(PopUpMenu &menu) const
 {
     menu.popUpBeside(m_statusBarItem->anchor().rectangle);
-}
-
-PopoverAnchor MenuBarManager::popoverAnchor() const
-{
-    const StatusItem::Anchor item = m_statusBarItem->anchor();
-    const QScreen *screen = QGuiApplication::screenAt(item.rectangle.center());
-    if (screen == nullptr) {
-        screen = QGuiApplication::primaryScreen();
-    }
-    return {
-        .rectangle = item.rectangle,
-        .arrow = item.source == StatusItem::Anchor::Source::ScreenCorner
-                     ? PopoverAnchor::Arrow::None
-                     : PopoverAnchor::Arrow::PointsAtRectangle,
-        .screen = screen->geometry(),
-        .availableArea = screen->availableGeometry(),
-    };
 }

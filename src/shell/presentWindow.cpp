@@ -1,10 +1,13 @@
 #include "presentWindow.h"
 
 #include "SettingsWindowDelegate.h"
+#include "TitledWindow.h"
+#include "activateWindow.h"
+#include "processMemory.h"
 
 #include <QGuiApplication>
 #include <QScreen>
-#include <QVBoxLayout>
+#include <QWindow>
 
 namespace {
 
@@ -23,16 +26,22 @@ Qt::WindowFlags flags(WindowDescription::Controls controls)
     Q_UNREACHABLE();
 }
 
+/// How much of `wanted` the screen has room for.
+QSize fitting(QSize wanted)
+{
+    // Frames are known only once a window is shown; the usual ones are smaller.
+    constexpr QMargins frame(8, 40, 8, 8);
+    const QRect room = QGuiApplication::primaryScreen()->availableGeometry().marginsRemoved(frame);
+    return wanted.boundedTo(room.size());
+}
+
 std::unique_ptr<QWidget> makeWindow(const WindowDescription &description, std::unique_ptr<QWidget> view)
 {
-    auto window = std::make_unique<QWidget>(nullptr, flags(description.controls));
-    window->setWindowTitle(description.title);
-    auto *const layout = new QVBoxLayout(window.get());
-    layout->setContentsMargins({});
-    layout->addWidget(view.release());
+    auto window =
+        std::make_unique<TitledWindow>(description.title, flags(description.controls), std::move(view));
     if (description.controls == WindowDescription::Controls::CloseMinimizeAndResize) {
-        window->setMinimumSize(description.minimumSize);
-        window->resize(description.contentSize);
+        window->setMinimumSize(fitting(description.minimumSize));
+        window->resize(fitting(description.contentSize));
     } else {
         window->setFixedSize(description.contentSize);
     }
@@ -51,7 +60,7 @@ void bringToFront(QWidget &window)
     window.setWindowState(window.windowState() & ~Qt::WindowMinimized);
     window.show();
     window.raise();
-    window.activateWindow();
+    activateWindow(*window.windowHandle());
 }
 
 } // namespace
@@ -74,6 +83,7 @@ void presentWindow(
         }
     });
     window->installEventFilter(fields.delegate.get());
+    QObject::connect(window, &QObject::destroyed, &processMemory::returnUnused);
     fields.window = window;
     centre(*window);
     bringToFront(*window);

@@ -16,7 +16,8 @@ struct WindowFields {
     std::unique_ptr<SettingsWindowDelegate> &delegate;
 };
 
-/// Brings the window to the front; makes it first, centred on its screen, if it isn't open.
+/// Brings the window to the front; makes it first, centred on its screen and not larger than it, if it isn't
+/// open.
 ///
 /// A closed window clears its fields, the window's first, and the next request makes a new one. `owner` is
 /// the object that holds the fields. Main thread.

@@ -18,6 +18,7 @@
 #include <QApplication>
 #include <QDir>
 #include <QLabel>
+#include <QScreen>
 #include <QSignalSpy>
 #include <QTest>
 
@@ -49,6 +50,7 @@ private Q_SLOTS:
     void launchingWritesNoPreferenceButTheBookmark();
     void choosingTheSettingsTwiceOpensOneWindow();
     void closingEveryWindowLeavesTheProgramRunning();
+    void aSmallScreenHasRoomForTheGallery();
     void withoutViewsTheWindowItemsAreDisabled();
     void theMenuHasItsItemsInOrder();
     void theTimeframeMenuChecksTheCurrentDelay_data();
@@ -268,9 +270,18 @@ void AppDelegateTest::closingEveryWindowLeavesTheProgramRunning()
     launch({.settings = {}, .gallery = [] { return std::make_unique<QLabel>(); }});
     QVERIFY(!AppDelegate::applicationShouldTerminateAfterLastWindowClosed());
     m_delegate->showGalleryWindow();
-    QCOMPARE(m_delegate->galleryWindow()->minimumSize(), QSize(800, 700));
     m_delegate->galleryWindow()->close();
     QVERIFY(m_delegate->screenshotWatcher() != nullptr);
+}
+
+void AppDelegateTest::aSmallScreenHasRoomForTheGallery()
+{
+    launch({.gallery = [] { return std::make_unique<QLabel>(); }});
+    m_delegate->showGalleryWindow();
+    const QRect room = QGuiApplication::primaryScreen()->availableGeometry();
+    QVERIFY(room.width() < 1200 && room.height() < 900);
+    QVERIFY(room.contains(m_delegate->galleryWindow()->frameGeometry()));
+    QVERIFY(m_delegate->galleryWindow()->minimumWidth() <= room.width());
 }
 
 void AppDelegateTest::withoutViewsTheWindowItemsAreDisabled()
@@ -282,6 +293,8 @@ void AppDelegateTest::withoutViewsTheWindowItemsAreDisabled()
     QVERIFY(!items.at(3)->isEnabled());
     m_delegate->showSettingsWindow();
     QCOMPARE(m_delegate->settingsWindow(), nullptr);
+    m_delegate->menuBarManager()->openGallery();
+    QCOMPARE(m_delegate->menuBarManager()->galleryPopover(), nullptr);
 }
 
 void AppDelegateTest::theMenuHasItsItemsInOrder()

@@ -52,6 +52,7 @@ void Popover::show(std::unique_ptr<QWidget> contentView, const PopoverAnchor &an
         connect(m_window, &PopoverWindow::cancelled, this, &Popover::close);
         watchForClicksElsewhere();
     }
+    connect(m_window, &PopoverWindow::cancelled, this, &Popover::cancelled);
     m_window->appear();
 }
 
@@ -80,6 +81,23 @@ void Popover::takeKeyboard()
     if (m_window) {
         m_window->takeKeyboard();
     }
+}
+
+bool Popover::contains(const QWidget &window) const
+{
+    if (!m_window) {
+        return false;
+    }
+    // While a menu is open there is no other window of ours that a click could reach.
+    if (window.windowType() == Qt::Popup) {
+        return true;
+    }
+    // A window's parent is what it was opened on, which is in another window.
+    const QWidget *widget = &window;
+    while (widget != nullptr && widget != m_window) {
+        widget = widget->parentWidget();
+    }
+    return widget != nullptr;
 }
 
 QPainterPath Popover::outlineOf(const QWidget &window)
@@ -133,9 +151,8 @@ void Popover::clickedInOwnWindow(const QWidget &window, QPoint position)
         }
         return;
     }
-    // Menus and sheets that belong to the popover count as the popover; an item may be a window of ours.
-    const bool isMenu = window.windowType() == Qt::Popup;
-    if (!isMenu && !m_window->isAncestorOf(&window) && !isOnItem(position)) {
+    // An item may be a window of ours.
+    if (!contains(window) && !isOnItem(position)) {
         close();
     }
 }

@@ -3,6 +3,7 @@
 #include "Appearance.h"
 #include "Compositor.h"
 #include "Popover.h"
+#include "activateWindow.h"
 #include "setInputShape.h"
 
 #include <QCoreApplication>
@@ -74,7 +75,7 @@ void PopoverWindow::takeKeyboard()
 {
     QWindow *const window = windowHandle();
     window->setFlag(Qt::WindowDoesNotAcceptFocus, false);
-    window->requestActivate();
+    ::activateWindow(*window);
 }
 
 bool PopoverWindow::takesClicks() const
