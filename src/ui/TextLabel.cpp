@@ -28,7 +28,7 @@ TextLabel::TextLabel(TextStyle style, const QString &text, QWidget *parent) : QL
     setFont(::font(style));
     setAlignment(Qt::AlignCenter);
     setText(text);
-    QSizePolicy policy(QSizePolicy::Preferred, QSizePolicy::Fixed);
+    QSizePolicy policy(QSizePolicy::Preferred, QSizePolicy::Minimum);
     policy.setHeightForWidth(true);
     setSizePolicy(policy);
     repaintWithTheme(*this);
