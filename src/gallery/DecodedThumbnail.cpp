@@ -14,7 +14,7 @@ DecodedThumbnail decodeThumbnail(const QString &path, int maximumPixelSize)
         return {.image = {}, .fileState = before ? std::optional(*before) : std::nullopt};
     }
     return {
-        .image = source->thumbnail(maximumPixelSize).value_or(QImage()),
+        .image = source->sharedThumbnail(maximumPixelSize).value_or(QImage()),
         .fileState = source->fileState(),
     };
 }

@@ -81,7 +81,8 @@ public:
     [[nodiscard]] bool isOpenForWriting(const QString &path) const;
 
     /// Moves the item to the Trash of its volume, a symbolic link as itself. It is never copied and never
-    /// deleted for good: where it can't be moved it stays, and the error says why.
+    /// deleted for good: where it can't be moved it stays, and the error says why. The thumbnails of it that
+    /// the desktop's programs share go.
     [[nodiscard]] Result<void> trashItem(const QUrl &url) const;
 
 private:

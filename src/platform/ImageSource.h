@@ -26,6 +26,11 @@ public:
     /// image is damaged, still unfinished, or has more than 2^28 pixels.
     [[nodiscard]] std::optional<QImage> thumbnail(int maximumPixelSize) const;
 
+    /// The same, for a gallery that shows the file again and again: out of the cache that the desktop's
+    /// programs share, where it holds one of the file as it is; otherwise it is made as above and may be put
+    /// there. Never of a file that can't be opened.
+    [[nodiscard]] std::optional<QImage> sharedThumbnail(int maximumPixelSize) const;
+
     /// The file as it was when it was opened.
     [[nodiscard]] const FileState &fileState() const;
 

@@ -6,6 +6,7 @@
 #include "FileStatus.h"
 #include "GioLibrary.h"
 #include "HomeTrash.h"
+#include "SharedThumbnailCache.h"
 #include "UserDefaults.h"
 #include "UserDirectories.h"
 #include "captureFolder.h"
@@ -235,11 +236,13 @@ Result<void> FileManager::trashItem(const QUrl &url) const
     const QByteArray native = nativePath(path);
     const auto moved = GioLibrary::instance().trash(native);
     if (moved) {
+        SharedThumbnailCache(native).removeAll();
         return {};
     }
     if (moved.error().isRefusal) {
         const int errorNumber = HomeTrash::take(native);
         if (errorNumber == 0) {
+            SharedThumbnailCache(native).removeAll();
             return {};
         }
         // The home Trash is elsewhere: then GIO's words say what the matter is.

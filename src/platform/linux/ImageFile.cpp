@@ -42,5 +42,5 @@ Result<ImageFile> ImageFile::open(const QUrl &url)
     if (!format) {
         return std::unexpected(notAnImage());
     }
-    return ImageFile{.file = std::move(file), .format = *format, .state = status->state()};
+    return ImageFile{.file = std::move(file), .path = path, .format = *format, .state = status->state()};
 }

@@ -13,6 +13,8 @@ class QUrl;
 /// A regular file that begins like an image, open for reading.
 struct ImageFile {
     std::unique_ptr<QFile> file;
+    /// As the system takes it.
+    QByteArray path;
     ImageFormat format = ImageFormat::Png;
     /// When it was opened.
     FileState state;

@@ -1,8 +1,11 @@
 #include "ImageSource.h"
 
 #include "ImageFile.h"
+#include "SharedThumbnailCache.h"
 #include "imageThumbnail.h"
 
+#include <algorithm>
+#include <array>
 #include <utility>
 
 std::optional<ImageSource> ImageSource::create(const QUrl &url)
@@ -24,7 +27,31 @@ ImageSource &ImageSource::operator=(ImageSource &&other) noexcept = default;
 
 std::optional<QImage> ImageSource::thumbnail(int maximumPixelSize) const
 {
-    return imageThumbnail(m_file->file->handle(), m_file->format, maximumPixelSize);
+    const auto thumbnails = imageThumbnails(m_file->file->handle(), m_file->format, {&maximumPixelSize, 1});
+    return thumbnails ? std::optional(thumbnails->images.constFirst()) : std::nullopt;
+}
+
+std::optional<QImage> ImageSource::sharedThumbnail(int maximumPixelSize) const
+{
+    const SharedThumbnailCache cache(m_file->path);
+    if (auto shared = cache.thumbnail(m_file->state, maximumPixelSize)) {
+        return shared;
+    }
+    const auto entrySide = SharedThumbnailCache::entrySide(maximumPixelSize);
+    if (!entrySide || !cache.mayHold(m_file->state)) {
+        return thumbnail(maximumPixelSize);
+    }
+    const std::array sizes = {maximumPixelSize, *entrySide};
+    const auto thumbnails = imageThumbnails(m_file->file->handle(), m_file->format, sizes);
+    if (!thumbnails) {
+        return std::nullopt;
+    }
+    const auto &[size, images] = *thumbnails;
+    // A smaller one is read as quickly as its entry would be.
+    if (std::max(size.width(), size.height()) > maximumPixelSize) {
+        cache.store(images.at(1), *entrySide, m_file->state, {.format = m_file->format, .size = size});
+    }
+    return images.at(0);
 }
 
 const FileState &ImageSource::fileState() const

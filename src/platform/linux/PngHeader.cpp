@@ -2,6 +2,8 @@
 
 #include <QtEndian>
 
+#include <unistd.h>
+
 namespace {
 
 bool isPossible(int colorType, int bitDepth)
@@ -38,4 +40,14 @@ std::optional<PngHeader> PngHeader::parse(const std::array<uchar, length> &conte
         .bitDepth = bitDepth,
         .colorType = static_cast<ColorType>(colorType),
         .isInterlaced = interlace != 0};
+}
+
+std::optional<PngHeader> PngHeader::ofFile(int descriptor)
+{
+    constexpr off_t position = 16; // behind the signature, the length and the name
+    std::array<uchar, length> contents = {};
+    if (::pread(descriptor, contents.data(), contents.size(), position) != ssize_t(contents.size())) {
+        return std::nullopt;
+    }
+    return parse(contents);
 }

@@ -18,4 +18,7 @@ struct PngHeader {
 
     /// None for what no PNG may say.
     [[nodiscard]] static std::optional<PngHeader> parse(const std::array<uchar, length> &contents);
+
+    /// Of the file's first chunk, whose checksum isn't looked at. The descriptor's position stays as it was.
+    [[nodiscard]] static std::optional<PngHeader> ofFile(int descriptor);
 };

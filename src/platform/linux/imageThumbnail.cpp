@@ -7,6 +7,8 @@
 #include <QFile>
 #include <QImageReader>
 
+#include <algorithm>
+
 namespace {
 
 constexpr int bytesPerPixel = 4;
@@ -21,50 +23,100 @@ void raiseAllocationLimit()
     }();
 }
 
-/// What the reader is asked for. The JPEG reader scales by powers of two while it decodes and then roughly:
-/// twice the size leaves the last step to a smooth scaling of ours.
-QSize readSize(ImageFormat format, QSize size, int maximum)
+/// A decoder may hold the pixels twice, or for a rotated image once more: with half a GiB for one thumbnail
+/// it ends. JPEG is decoded at a fraction of its size, but a progressive one holds all of its coefficients:
+/// two bytes each, three for a pixel at most.
+bool isDecodedInLittleMemory(const QImageReader &reader, ImageFormat format)
 {
-    return thumbnailSize(size, format == ImageFormat::Jpeg ? maximum * 2 : maximum);
+    constexpr qint64 mostBytes = 192 * mebibyte;
+    constexpr qint64 mostJpegPixels = qint64(1) << 26;
+    const QSize size = reader.size();
+    const qint64 pixels = qint64(size.width()) * size.height();
+    if (format == ImageFormat::Jpeg) {
+        return pixels <= mostJpegPixels;
+    }
+    // GIF and WebP don't tell: they have a byte for each channel.
+    const QImage::Format told = reader.imageFormat();
+    const QPixelFormat pixelFormat =
+        QImage::toPixelFormat(told == QImage::Format_Invalid ? QImage::Format_ARGB32 : told);
+    const int bytes = (pixelFormat.bitsPerPixel() + 7) / 8;
+    return pixels * bytes <= mostBytes;
+}
+
+/// The size at which a JPEG is decoded: the decoder can do a half, a quarter and an eighth of the original's
+/// by itself, which is quicker than all that comes after. The largest fraction that leaves no side shorter
+/// than `least`.
+QSize jpegReadSize(QSize size, QSize least)
+{
+    for (const int fraction : {8, 4, 2}) {
+        // Cut to whole pixels: rounded up, the toolkit would choose the next larger fraction.
+        const QSize read(size.width() / fraction, size.height() / fraction);
+        if (read.width() >= least.width() && read.height() >= least.height()) {
+            return read;
+        }
+    }
+    return size;
+}
+
+/// The formats that are painted without another conversion.
+QImage paintable(const QImage &image)
+{
+    return image.convertToFormat(
+        image.hasAlphaChannel() ? QImage::Format_ARGB32_Premultiplied : QImage::Format_RGB32);
+}
+
+QImage fitted(const QImage &image, QSize size)
+{
+    return paintable(
+        size == image.size() ? image : image.scaled(size, Qt::IgnoreAspectRatio, Qt::SmoothTransformation));
+}
+
+std::optional<ImageThumbnails>
+decodedThumbnails(QIODevice &device, ImageFormat format, std::span<const int> maximumPixelSizes)
+{
+    raiseAllocationLimit();
+    QImageReader reader(&device, readerName(format));
+    reader.setAutoTransform(true);
+    const QSize stored = reader.size();
+    if (!isAcceptableImageSize(stored) || !isDecodedInLittleMemory(reader, format)) {
+        return std::nullopt;
+    }
+    if (format == ImageFormat::Jpeg) {
+        const QSize largest = thumbnailSize(stored, std::ranges::max(maximumPixelSizes));
+        const QSize read = jpegReadSize(stored, largest);
+        if (read != stored) {
+            reader.setScaledSize(read);
+        }
+    }
+    const bool isTurned = (reader.transformation() & QImageIOHandler::TransformationRotate90) != 0;
+    const QImage image = reader.read();
+    if (image.isNull()) {
+        return std::nullopt;
+    }
+    ImageThumbnails thumbnails = {.imageSize = isTurned ? stored.transposed() : stored, .images = {}};
+    for (const int maximum : maximumPixelSizes) {
+        const QSize size = thumbnailSize(thumbnails.imageSize, maximum);
+        thumbnails.images.append(fitted(image, size.boundedTo(image.size())));
+    }
+    return thumbnails;
 }
 
 } // namespace
 
-std::optional<QImage> imageThumbnail(int descriptor, ImageFormat format, int maximumPixelSize)
+std::optional<ImageThumbnails>
+imageThumbnails(int descriptor, ImageFormat format, std::span<const int> maximumPixelSizes)
 {
     if (!isFinishedImage(descriptor, format)) {
         return std::nullopt;
     }
     if (format == ImageFormat::Png && !isInterlacedPng(descriptor)) {
-        return pngThumbnail(descriptor, maximumPixelSize);
+        return pngThumbnails(descriptor, maximumPixelSizes);
     }
     QFile file;
     if (!file.open(descriptor, QIODevice::ReadOnly, QFileDevice::DontCloseHandle) || !file.seek(0)) {
         return std::nullopt;
     }
-    raiseAllocationLimit();
-    QImageReader reader(&file, readerName(format));
-    reader.setAutoTransform(true);
-    const QSize size = reader.size();
-    if (!isAcceptableImageSize(size)) {
-        return std::nullopt;
-    }
-    const QSize wanted = readSize(format, size, maximumPixelSize);
-    if (wanted != size) {
-        reader.setScaledSize(wanted);
-    }
-    QImage image = reader.read();
-    if (image.isNull()) {
-        return std::nullopt;
-    }
-    // Measured again: the orientation may have swapped the sides.
-    const QSize fittedSize = thumbnailSize(image.size(), maximumPixelSize);
-    if (fittedSize != image.size()) {
-        image = image.scaled(fittedSize, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
-    }
-    // The formats that are painted without another conversion.
-    image.convertTo(image.hasAlphaChannel() ? QImage::Format_ARGB32_Premultiplied : QImage::Format_RGB32);
-    return image;
+    return decodedThumbnails(file, format, maximumPixelSizes);
 }
 
 QImage uprightImage(QIODevice &device, ImageFormat format)

@@ -1,8 +1,9 @@
 #pragma once
 
-#include <QImage>
+#include "ImageThumbnails.h"
 
 #include <optional>
+#include <span>
 
 /// Whether the pixels are stored in several passes, which `pngThumbnail` doesn't read: it would have to hold
 /// them all. Rare, and never what a capture tool writes. The descriptor's position stays as it was.
@@ -13,3 +14,10 @@
 /// Colour profile and gamma are left alone, as by the toolkit. None if anything is wrong with the file.
 /// The descriptor's position stays as it was. Any thread.
 [[nodiscard]] std::optional<QImage> pngThumbnail(int descriptor, int maximumPixelSize);
+
+/// The same in several sizes; the file is read once.
+[[nodiscard]] std::optional<ImageThumbnails>
+pngThumbnails(int descriptor, std::span<const int> maximumPixelSizes);
+
+/// The same image in exactly `size`, which is in neither direction larger than the image.
+[[nodiscard]] std::optional<QImage> scaledPng(int descriptor, QSize size);
