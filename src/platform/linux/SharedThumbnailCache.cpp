@@ -42,9 +42,11 @@ QByteArray cacheRoot()
     return canonicalPath(cacheHome + "/thumbnails");
 }
 
+/// Nothing is inside an empty path: that of a folder that isn't there.
 bool isInside(const QByteArray &path, const QByteArray &folder)
 {
-    return path.startsWith(folder) && path.size() > folder.size() && path.at(folder.size()) == '/';
+    return !folder.isEmpty() && path.startsWith(folder) && path.size() > folder.size() &&
+           path.at(folder.size()) == '/';
 }
 
 /// Without symbolic links; empty if there is no such file.

@@ -35,7 +35,7 @@ QByteArray header(QSize size, PngHeader::ColorType colorType)
     appendNumber(contents, static_cast<quint32>(size.width()));
     appendNumber(contents, static_cast<quint32>(size.height()));
     constexpr char bitDepth = 8;
-    contents.append({bitDepth, static_cast<char>(colorType)}).append(3, '\0');
+    contents.append(bitDepth).append(static_cast<char>(colorType)).append(3, '\0');
     return contents;
 }
 
