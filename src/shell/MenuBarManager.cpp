@@ -5,13 +5,13 @@
 #include "PopUpMenu.h"
 #include "Popover.h"
 #include "PopoverFrame.h"
-#include "Preferences.h"
 #include "ScreenshotConfirmationView.h"
 #include "StatusItem.h"
 #include "Symbols.h"
 #include "UpdaterController.h"
 #include "popoverAnchor.h"
 #include "statusItemImage.h"
+#include "timeframeMenu.h"
 
 #include <QAction>
 #include <QApplication>
@@ -23,14 +23,6 @@
 namespace {
 
 constexpr int mainMenuWidth = 248;
-constexpr int timeframeMenuWidth = 176;
-
-QString minutesTitle(int minutes)
-{
-    const QString title =
-        minutes >= 2 ? MenuBarManager::tr("%lld minutes") : MenuBarManager::tr("%lld minute");
-    return QString(title).replace(QStringLiteral("%lld"), QString::number(minutes));
-}
 
 QAction *addItem(
     PopUpMenu &menu, const QString &title, const QString &symbolName, const QString &accessibilityDescription)
@@ -160,15 +152,8 @@ void MenuBarManager::showTimeframeOptions()
     if (!m_appDelegate) {
         return;
     }
-    auto *const menu = new PopUpMenu(timeframeMenuWidth);
-    menu->setAttribute(Qt::WA_DeleteOnClose);
-    for (const int minutes : preferences::timeframeChoices) {
-        QAction *const item = menu->addAction(minutesTitle(minutes));
-        item->setCheckable(true);
-        item->setData(minutes);
-        item->setChecked(minutes == m_appDelegate->timeframeInMinutes());
-        connect(item, &QAction::triggered, this, [this, item] { setTimeframe(*item); });
-    }
+    PopUpMenu *const menu = makeTimeframeMenu(m_appDelegate->timeframeInMinutes());
+    connect(menu, &QMenu::triggered, this, [this](const QAction *item) { setTimeframe(*item); });
     popUp(*menu);
 }
 
