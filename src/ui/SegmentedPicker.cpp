@@ -1,6 +1,7 @@
 #include "SegmentedPicker.h"
 
 #include "AccessibleRole.h"
+#include "Appearance.h"
 #include "Motion.h"
 #include "Segment.h"
 #include "Theme.h"
@@ -36,7 +37,9 @@ void paintSegment(QPainter &painter, const QRectF &box)
     const Theme &theme = Theme::current();
     const QPainterPath shape = continuousRoundedRect(box, segmentRadius);
     painter.fillPath(shape.translated(0, 1), theme.controlShadow);
-    painter.strokePath(shape, QPen(theme.separator, 1));
+    // The outer half of a line of 1; the segment covers the inner one.
+    const bool isStressed = Appearance::shared().increasesContrast();
+    painter.strokePath(shape, QPen(isStressed ? theme.border : theme.controlShadow, 1));
     painter.fillPath(shape, theme.segment);
 }
 
