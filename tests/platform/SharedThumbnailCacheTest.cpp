@@ -1,6 +1,7 @@
 #include "SharedThumbnailCache.h"
 
 #include "FileManager.h"
+#include "GioLeak.h"
 #include "ImageSource.h"
 #include "TemporaryHome.h"
 #include "TestImages.h"

@@ -3,6 +3,7 @@
 #include <QBuffer>
 #include <QFile>
 #include <QImage>
+#include <QPoint>
 #include <QtEndian>
 
 #include <array>
@@ -135,6 +136,26 @@ QByteArray testImages::blackPng(QSize size)
 {
     const qint64 rowSize = 1 + qint64(size.width()) * 3;
     return pngOfCompressedRows({.size = size}, compressedZeros(rowSize * size.height()));
+}
+
+QByteArray testImages::interlacedBlackPng(QSize size)
+{
+    struct Pass {
+        QPoint first;
+        QPoint step;
+    };
+
+    constexpr std::array passes = {
+        Pass{{0, 0}, {8, 8}}, Pass{{4, 0}, {8, 8}}, Pass{{0, 4}, {4, 8}}, Pass{{2, 0}, {4, 4}},
+        Pass{{0, 2}, {2, 4}}, Pass{{1, 0}, {2, 2}}, Pass{{0, 1}, {1, 2}},
+    };
+    qint64 bytes = 0;
+    for (const auto &[first, step] : passes) {
+        const qint64 width = (size.width() - first.x() + step.x() - 1) / step.x();
+        const qint64 height = (size.height() - first.y() + step.y() - 1) / step.y();
+        bytes += width > 0 ? height * (1 + width * 3) : 0;
+    }
+    return pngOfCompressedRows({.size = size, .interlaced = true}, compressedZeros(bytes));
 }
 
 QByteArray testImages::hollowPng(QSize size)

@@ -31,6 +31,9 @@ struct PngHeader {
 /// A PNG of black pixels, 8 bits each of red, green and blue, of any size, without holding the pixels.
 [[nodiscard]] QByteArray blackPng(QSize size);
 
+/// The same, stored in the seven passes of an interlaced image.
+[[nodiscard]] QByteArray interlacedBlackPng(QSize size);
+
 /// A PNG whose header claims `size` and that holds next to nothing.
 [[nodiscard]] QByteArray hollowPng(QSize size);
 
