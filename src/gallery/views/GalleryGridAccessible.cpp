@@ -2,8 +2,10 @@
 
 #include "GalleryGrid.h"
 #include "GalleryItemAccessible.h"
+#include "ScreenshotGalleryViewModel.h"
 
 #include <utility>
+#include <vector>
 
 namespace {
 
@@ -11,6 +13,20 @@ QAccessibleInterface *makeInterface(const QString & /*className*/, QObject *obje
 {
     auto *grid = qobject_cast<GalleryGrid *>(object);
     return grid == nullptr ? nullptr : new GalleryGridAccessible(*grid);
+}
+
+std::size_t fingerprint(const QList<ScreenshotItem> &screenshots)
+{
+    std::size_t hash = 0;
+    for (const ScreenshotItem &screenshot : screenshots) {
+        hash = qHash(screenshot.id, hash);
+    }
+    return hash;
+}
+
+bool isSelected(const GalleryGrid &grid, int index)
+{
+    return grid.model().isSelectionMode() && grid.model().selectedIDs().contains(grid.screenshotAt(index).id);
 }
 
 GalleryGridAccessible *interfaceOf(GalleryGrid &grid)
@@ -33,14 +49,14 @@ void GalleryGridAccessible::install()
 
 GalleryGridAccessible::GalleryGridAccessible(GalleryGrid &grid)
     : QAccessibleWidget(&grid, QAccessible::List),
-      m_toldCount(grid.count())
+      m_toldScreenshots(fingerprint(grid.model().displayedScreenshots()))
 {
 }
 
 GalleryGridAccessible::~GalleryGridAccessible()
 {
-    for (const auto &[index, id] : m_items) {
-        QAccessible::deleteAccessibleInterface(id);
+    for (const auto &[index, item] : m_items) {
+        QAccessible::deleteAccessibleInterface(item.id);
     }
 }
 
@@ -66,10 +82,14 @@ QAccessibleInterface *GalleryGridAccessible::child(int index) const
     }
     const auto known = m_items.find(index);
     if (known != m_items.end()) {
-        return QAccessible::accessibleInterface(known->second);
+        return QAccessible::accessibleInterface(known->second.id);
     }
     auto *item = new GalleryItemAccessible(grid(), index);
-    m_items.emplace(index, QAccessible::registerAccessibleInterface(item));
+    m_items.emplace(
+        index, Item{
+                   .id = QAccessible::registerAccessibleInterface(item),
+                   .isSelected = isSelected(grid(), index),
+               });
     return item;
 }
 
@@ -98,26 +118,45 @@ void GalleryGridAccessible::tellFocus(GalleryGrid &grid)
     }
 }
 
-void GalleryGridAccessible::removeSuperfluousItems()
-{
-    std::erase_if(m_items, [count = childCount()](const auto &item) {
-        const bool isSuperfluous = item.first >= count;
-        if (isSuperfluous) {
-            QAccessible::deleteAccessibleInterface(item.second);
-        }
-        return isSuperfluous;
-    });
-}
-
 void GalleryGridAccessible::update(GalleryGrid &grid)
 {
-    GalleryGridAccessible *list = interfaceOf(grid);
-    if (list == nullptr) {
+    if (GalleryGridAccessible *list = interfaceOf(grid)) {
+        list->tellScreenshots();
+        list->tellSelection();
+    }
+}
+
+void GalleryGridAccessible::tellScreenshots()
+{
+    const std::size_t now = fingerprint(grid().model().displayedScreenshots());
+    if (std::exchange(m_toldScreenshots, now) == now) {
         return;
     }
-    list->removeSuperfluousItems();
-    if (std::exchange(list->m_toldCount, grid.count()) != grid.count()) {
-        QAccessibleEvent event(&grid, QAccessible::ObjectReorder);
+    std::erase_if(m_items, [count = childCount()](const auto &item) {
+        const bool hasGone = item.first >= count;
+        if (hasGone) {
+            QAccessible::deleteAccessibleInterface(item.second.id);
+        }
+        return hasGone;
+    });
+    QAccessibleEvent event(&grid(), QAccessible::ObjectReorder);
+    QAccessible::updateAccessibility(&event);
+}
+
+void GalleryGridAccessible::tellSelection()
+{
+    // Whoever is told may ask for more items, so the changes are gathered first.
+    std::vector<int> changed;
+    for (auto &[index, item] : m_items) {
+        const bool isNow = isSelected(grid(), index);
+        if (std::exchange(item.isSelected, isNow) != isNow) {
+            changed.push_back(index);
+        }
+    }
+    for (const int index : changed) {
+        QAccessibleEvent event(
+            &grid(), isSelected(grid(), index) ? QAccessible::SelectionAdd : QAccessible::SelectionRemove);
+        event.setChild(index);
         QAccessible::updateAccessibility(&event);
     }
 }

@@ -2,6 +2,7 @@
 
 #include <QAccessibleWidget>
 
+#include <cstddef>
 #include <unordered_map>
 
 class GalleryGrid;
@@ -23,8 +24,6 @@ public:
     ~GalleryGridAccessible() override;
     Q_DISABLE_COPY_MOVE(GalleryGridAccessible)
 
-    [[nodiscard]] GalleryGrid &grid() const;
-
     [[nodiscard]] QString text(QAccessible::Text kind) const override;
     [[nodiscard]] int childCount() const override;
     [[nodiscard]] QAccessibleInterface *child(int index) const override;
@@ -33,9 +32,19 @@ public:
     [[nodiscard]] QAccessibleInterface *focusChild() const override;
 
 private:
-    void removeSuperfluousItems();
+    [[nodiscard]] GalleryGrid &grid() const;
 
-    /// The items that somebody has asked for, by their index.
-    mutable std::unordered_map<int, QAccessible::Id> m_items;
-    int m_toldCount = 0;
+    void tellScreenshots();
+    void tellSelection();
+
+    /// An item that somebody has asked for, and what is known of its state.
+    struct Item {
+        QAccessible::Id id = 0;
+        bool isSelected = false;
+    };
+
+    /// By their index.
+    mutable std::unordered_map<int, Item> m_items;
+    /// Tells one list of screenshots from another.
+    std::size_t m_toldScreenshots;
 };

@@ -63,8 +63,9 @@ QAccessible::State GalleryItemAccessible::state() const
     state.multiSelectable = model.isSelectionMode();
     state.selected =
         model.isSelectionMode() && model.selectedIDs().contains(m_grid->screenshotAt(m_index).id);
-    state.invisible = !m_grid->isVisible();
+    // The bridge to assistive programs knows only one of the two.
     state.offscreen = !m_grid->rectInSight().intersects(m_grid->cellRect(m_index));
+    state.invisible = state.offscreen;
     return state;
 }
 

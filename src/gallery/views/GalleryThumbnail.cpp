@@ -166,11 +166,12 @@ void GalleryThumbnail::paintEvent(QPaintEvent * /*event*/)
 {
     QPainter painter(this);
     painter.setRenderHints(QPainter::Antialiasing | QPainter::SmoothPixmapTransform);
+    frameImage(thumbnailPainting::pixelRatio(painter));
     paintCaption(painter);
     paintCell(painter);
 }
 
-void GalleryThumbnail::paintCell(QPainter &painter)
+void GalleryThumbnail::paintCell(QPainter &painter) const
 {
     if (m_attention.isPressed) {
         const QPointF centre = QRectF(frame()).center();
@@ -189,14 +190,17 @@ void GalleryThumbnail::paintCell(QPainter &painter)
     paintSigns(painter);
 }
 
-void GalleryThumbnail::paintThumbnail(QPainter &painter)
+void GalleryThumbnail::frameImage(qreal ratio)
 {
-    const qreal ratio = painter.device()->devicePixelRatioF();
     if (m_framedImage.isNull() || m_framedImage.devicePixelRatio() != ratio) {
         m_framedImage = m_thumbnailImage.isNull()
                             ? QImage()
                             : thumbnailPainting::framed(m_thumbnailImage, imageSize(), ratio);
     }
+}
+
+void GalleryThumbnail::paintThumbnail(QPainter &painter) const
+{
     const bool isCovered =
         !m_framedImage.isNull() && !m_framedImage.hasAlphaChannel() && m_presence.value() == 1;
     if (!isCovered) {

@@ -98,8 +98,10 @@ private:
     [[nodiscard]] QRect frame() const;
     [[nodiscard]] QRectF badgeBox(qreal side) const;
     [[nodiscard]] qreal selectionBadgeSide() const;
-    void paintCell(QPainter &painter);
-    void paintThumbnail(QPainter &painter);
+    void paintCell(QPainter &painter) const;
+    /// Scales the image for a screen of this ratio, once.
+    void frameImage(qreal ratio);
+    void paintThumbnail(QPainter &painter) const;
     void paintSigns(QPainter &painter) const;
     void paintCaption(QPainter &painter) const;
 

@@ -84,8 +84,11 @@ void paintBadgeShadow(QPainter &painter, const QRectF &box)
     gradient.setColorAt(1 - blur / reach, withOpacity(Qt::black, strength * 0.55));
     gradient.setColorAt(1 - blur / reach / 2, withOpacity(Qt::black, strength * 0.18));
     gradient.setColorAt(1, Qt::transparent);
-    painter.setBrush(gradient);
-    painter.drawEllipse(centre, reach, reach);
+    // Not under the badge, which is partly translucent.
+    QPainterPath around;
+    around.addEllipse(centre, reach, reach);
+    around.addEllipse(box);
+    painter.fillPath(around, gradient);
 }
 
 /// The mark of the symbol "checkmark.circle", heavier than there because it is smaller.
@@ -105,7 +108,7 @@ void paintCheckMark(QPainter &painter, const QRectF &box)
 void paintSymbol(
     QPainter &painter, const QString &name, const QPointF &centre, qreal side, const QColor &tint)
 {
-    const qreal ratio = painter.device()->devicePixelRatioF();
+    const qreal ratio = thumbnailPainting::pixelRatio(painter);
     QRectF box(0, 0, side, side);
     box.moveCenter(centre);
     painter.drawImage(box.topLeft(), Symbols::image(name, side, ratio, tint));
@@ -137,6 +140,11 @@ void paintSelectionBadge(QPainter &painter, const QRectF &box, thumbnailPainting
 }
 
 } // namespace
+
+qreal thumbnailPainting::pixelRatio(const QPainter &painter)
+{
+    return painter.deviceTransform().m11();
+}
 
 QImage thumbnailPainting::framed(const QImage &image, QSize size, qreal devicePixelRatio)
 {

@@ -17,6 +17,9 @@ enum class Badge {
     Selected,
 };
 
+/// Pixels to a point, also where a widget is painted into an image that has other pixels than its screen.
+[[nodiscard]] qreal pixelRatio(const QPainter &painter);
+
 /// The image as it stands in a frame of `size`, with `devicePixelRatio` pixels to a point: filling it, cut at
 /// the right and the bottom, since a screenshot is known by its top left. What is wider than 2.5 : 1 or
 /// narrower than 1 : 2 is fitted whole, with nothing around it.
