@@ -104,6 +104,11 @@ qsizetype ScreenshotGalleryViewModel::remainingCount() const
     return allScreenshots().size() - displayedScreenshots().size();
 }
 
+void ScreenshotGalleryViewModel::setCopyConfirmationMessage(std::optional<QString> message)
+{
+    m_copyConfirmationMessage.set(std::move(message));
+}
+
 void ScreenshotGalleryViewModel::loadScreenshots()
 {
     m_isListing = true;

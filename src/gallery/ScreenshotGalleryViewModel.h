@@ -77,10 +77,7 @@ public:
 
     void setSelectionMode(bool isOn) { m_isSelectionMode.set(isOn); }
 
-    void setCopyConfirmationMessage(std::optional<QString> message)
-    {
-        m_copyConfirmationMessage.set(std::move(message));
-    }
+    void setCopyConfirmationMessage(std::optional<QString> message);
 
     void setShowBulkDeleteConfirmation(bool isShown) { m_showBulkDeleteConfirmation.set(isShown); }
 

@@ -422,7 +422,19 @@ void GalleryGrid::keyPressEvent(QKeyEvent *event)
 void GalleryGrid::focusInEvent(QFocusEvent *event)
 {
     QWidget::focusInEvent(event);
-    m_focusRing = event->reason() == Qt::MouseFocusReason ? FocusRing::Hidden : FocusRing::Shown;
+    switch (event->reason()) {
+    case Qt::TabFocusReason:
+    case Qt::BacktabFocusReason:
+    case Qt::ShortcutFocusReason:
+        m_focusRing = FocusRing::Shown;
+        break;
+    case Qt::MouseFocusReason:
+        m_focusRing = FocusRing::Hidden;
+        break;
+    default:
+        // A window that comes to the front, or a sheet that has gone, leaves it as it was.
+        break;
+    }
     if (m_currentIndex < 0 && count() > 0 && m_focusRing == FocusRing::Shown) {
         setCurrentIndex(0);
     } else if (m_currentIndex >= 0) {

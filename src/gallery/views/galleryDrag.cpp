@@ -8,7 +8,6 @@
 #include <QPainter>
 #include <QPixmap>
 
-#include <algorithm>
 
 QList<ScreenshotItem>
 galleryDrag::screenshots(const ScreenshotGalleryViewModel &model, const ScreenshotItem &dragged)
@@ -16,11 +15,7 @@ galleryDrag::screenshots(const ScreenshotGalleryViewModel &model, const Screensh
     if (!model.isSelectionMode() || !model.selectedIDs().contains(dragged.id)) {
         return {dragged};
     }
-    QList<ScreenshotItem> selected;
-    std::ranges::copy_if(
-        model.displayedScreenshots(), std::back_inserter(selected),
-        [&model](const ScreenshotItem &item) { return model.selectedIDs().contains(item.id); });
-    return selected;
+    return model.selectedScreenshots();
 }
 
 std::unique_ptr<QMimeData> galleryDrag::files(const QList<ScreenshotItem> &screenshots)
