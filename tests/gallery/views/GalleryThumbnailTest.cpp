@@ -295,7 +295,9 @@ void GalleryThumbnailTest::focusRingLiesOutsideOfTheImage()
     for (const qreal ratio : pixelRatios) {
         const QImage picture = rendered(cell, ratio, ground);
         QVERIFY(isNearly(at(picture, QPointF(60, -3)), composited(Theme::current().focusRing, ground)));
-        QVERIFY2(isNearly(at(picture, QPointF(60, -1)), ground), qPrintable(QStringLiteral("%1 %2").arg(at(picture, QPointF(60, -1)).name()).arg(ratio)));
+        QVERIFY2(
+            isNearly(at(picture, QPointF(60, -1)), ground),
+            qPrintable(QStringLiteral("%1 %2").arg(at(picture, QPointF(60, -1)).name()).arg(ratio)));
         QVERIFY(isNearly(at(picture, QPointF(20, 20)), red));
     }
 }

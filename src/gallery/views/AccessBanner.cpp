@@ -1,0 +1,121 @@
+#include "AccessBanner.h"
+
+#include "Symbols.h"
+#include "Theme.h"
+#include "Typography.h"
+#include "continuousRoundedRect.h"
+
+#include <QKeyEvent>
+#include <QPainter>
+#include <QStyle>
+
+namespace {
+
+/// In points.
+constexpr qreal radius = 10;
+constexpr int padding = 16;
+constexpr int symbolSide = 20;
+constexpr int gapAfterSymbol = 12;
+constexpr int chevronSide = 16;
+constexpr int gapBetweenLines = 2;
+constexpr qreal ringWidth = 2;
+constexpr qreal ringDistance = 1.5;
+
+void drawLine(QPainter &painter, const QRect &line, TextStyle style, const QString &text)
+{
+    painter.setFont(font(style));
+    painter.drawText(
+        line, Qt::AlignLeading | Qt::AlignVCenter | Qt::TextSingleLine,
+        painter.fontMetrics().elidedText(text, Qt::ElideRight, line.width()));
+}
+
+} // namespace
+
+AccessBanner::AccessBanner(QWidget *parent)
+    : QAbstractButton(parent),
+      m_detail(tr("Deskbroom needs access to your Desktop folder. Click to open System Settings."))
+{
+    setText(tr("Desktop Folder Access Required"));
+    setAccessibleDescription(m_detail);
+    setAttribute(Qt::WA_Hover);
+    setFocusPolicy(Qt::StrongFocus);
+    setFixedHeight(faceHeight + 2 * outset);
+    repaintWithTheme(*this);
+}
+
+bool AccessBanner::hitButton(const QPoint &position) const
+{
+    return box().contains(position);
+}
+
+void AccessBanner::keyPressEvent(QKeyEvent *event)
+{
+    if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) {
+        click();
+    } else {
+        QAbstractButton::keyPressEvent(event);
+    }
+}
+
+void AccessBanner::paintEvent(QPaintEvent * /*event*/)
+{
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    paintFace(painter);
+    paintTexts(painter);
+    paintSymbols(painter);
+}
+
+void AccessBanner::paintFace(QPainter &painter) const
+{
+    const Theme &theme = Theme::current();
+    const QPainterPath shape =
+        continuousRoundedRect(QRectF(box()).adjusted(0.25, 0.25, -0.25, -0.25), radius);
+    painter.fillPath(shape, isDown() || underMouse() ? theme.bannerHover : theme.bannerFill);
+    painter.strokePath(shape, QPen(theme.bannerLine, 0.5));
+    if (hasFocus()) {
+        const qreal distance = ringDistance + ringWidth / 2;
+        const QRectF ring = QRectF(box()).adjusted(-distance, -distance, distance, distance);
+        painter.strokePath(continuousRoundedRect(ring, radius + distance), QPen(theme.focusRing, ringWidth));
+    }
+}
+
+void AccessBanner::paintTexts(QPainter &painter) const
+{
+    const Theme &theme = Theme::current();
+    const int titleHeight = lineHeight(TextStyle::Headline);
+    const int detailHeight = lineHeight(TextStyle::Subheadline);
+    const int left = padding + symbolSide + gapAfterSymbol;
+    QRect line(
+        box().left() + left, box().top() + (faceHeight - titleHeight - gapBetweenLines - detailHeight) / 2,
+        box().width() - left - padding - chevronSide - gapAfterSymbol, titleHeight);
+    painter.setPen(theme.primary);
+    drawLine(painter, mirrored(line), TextStyle::Headline, text());
+    line = QRect(line.left(), line.bottom() + 1 + gapBetweenLines, line.width(), detailHeight);
+    painter.setPen(theme.secondary);
+    drawLine(painter, mirrored(line), TextStyle::Subheadline, m_detail);
+}
+
+void AccessBanner::paintSymbols(QPainter &painter) const
+{
+    const QColor color = Theme::current().orangeText;
+    const qreal ratio = devicePixelRatioF();
+    const auto square = [this](int left, int side) {
+        return mirrored({left, box().top() + (faceHeight - side) / 2, side, side});
+    };
+    painter.drawImage(
+        square(box().left() + padding, symbolSide).topLeft(),
+        Symbols::image(QStringLiteral("folder.fill"), symbolSide, ratio, color));
+    // The only chevron that there is points to the beginning of a line.
+    QImage chevron = Symbols::image(QStringLiteral("chevron.left"), chevronSide, ratio, color);
+    if (layoutDirection() == Qt::LeftToRight) {
+        chevron.mirror(true, false);
+    }
+    painter.drawImage(square(box().right() + 1 - padding - chevronSide, chevronSide).topLeft(), chevron);
+}
+
+/// `rectangle` is given for a desktop that writes from left to right.
+QRect AccessBanner::mirrored(const QRect &rectangle) const
+{
+    return QStyle::visualRect(layoutDirection(), box(), rectangle);
+}

@@ -1,0 +1,290 @@
+#include "ScreenshotGalleryView.h"
+
+#include "EmbeddedGallery.h"
+#include "ExpandedGallery.h"
+#include "FileAccessManager.h"
+#include "GalleryGrid.h"
+#include "NotificationCenter.h"
+#include "NotificationManager.h"
+#include "PopUpMenu.h"
+#include "ScreenshotGalleryViewModel.h"
+#include "Sheet.h"
+#include "Symbols.h"
+#include "ThumbnailLoader.h"
+#include "Workspace.h"
+#include "galleryTexts.h"
+#include "renderOnChange.h"
+#include "runInBackground.h"
+
+#include <QKeyEvent>
+
+#include <utility>
+
+namespace {
+
+constexpr int itemMenuWidth = 200;
+
+} // namespace
+
+ScreenshotGalleryView::ScreenshotGalleryView(
+    const GalleryConfiguration &configuration, std::function<void()> onExpandToFull,
+    std::function<void()> onClosePopover, QWidget *parent)
+    : QWidget(parent),
+      m_mode(configuration.mode),
+      m_onExpandToFull(std::move(onExpandToFull)),
+      m_onClosePopover(std::move(onClosePopover)),
+      m_viewModel(
+          std::make_unique<ScreenshotGalleryViewModel>(configuration.batchSize, configuration.fallbackPaths)),
+      m_layout(makeLayout())
+{
+    grid().onContextMenu = [this](const ScreenshotItem &item, QPoint position) {
+        showItemMenu(item, position);
+    };
+    setFocusProxy(&grid());
+    renderOnChange(*m_viewModel, *this, [this] { render(); });
+    NotificationCenter::defaultCenter().addObserver(
+        FileAccessManager::folderAccessGranted, this,
+        [this](const ProcessNotification &) { checkFolderAccess(); });
+    render();
+}
+
+ScreenshotGalleryView::~ScreenshotGalleryView()
+{
+    // The grid reads the model and is this widget's child: it goes before its model does.
+    delete m_layout;
+}
+
+GalleryLayout *ScreenshotGalleryView::makeLayout()
+{
+    const GalleryActions actions{
+        .refresh = [this] { refresh(); },
+        .expandToFull = [this] { expandToFull(); },
+        .cancelSelection = [this] { leaveSelection(); },
+        .chooseGridSize = [this](GalleryGridSize size) { setGridSize(size); },
+        .openAccessSettings = [] { Workspace::shared().open(NotificationManager::fileAccessSettings()); },
+    };
+    if (m_mode == GalleryMode::Embedded) {
+        return new EmbeddedGallery(*m_viewModel, actions, this);
+    }
+    return new ExpandedGallery(*m_viewModel, actions, this);
+}
+
+void ScreenshotGalleryView::setGridSize(GalleryGridSize size)
+{
+    m_state.gridSize = size;
+    render();
+}
+
+void ScreenshotGalleryView::showEvent(QShowEvent *event)
+{
+    QWidget::showEvent(event);
+    if (!m_hasAppeared) {
+        m_hasAppeared = true;
+        setFocus();
+        refresh();
+    }
+    checkFolderAccess();
+}
+
+void ScreenshotGalleryView::resizeEvent(QResizeEvent *event)
+{
+    QWidget::resizeEvent(event);
+    m_layout->resize(size());
+}
+
+void ScreenshotGalleryView::changeEvent(QEvent *event)
+{
+    QWidget::changeEvent(event);
+    if (event->type() == QEvent::ActivationChange && isActiveWindow()) {
+        checkFolderAccess();
+    }
+}
+
+void ScreenshotGalleryView::refresh()
+{
+    m_viewModel->loadScreenshots();
+    ThumbnailLoader::shared().revalidate();
+}
+
+/// The folder's file system may take its time, so the last answer stands until the next one.
+void ScreenshotGalleryView::checkFolderAccess()
+{
+    runInBackground(
+        this, BackgroundQueue::Listing, [] { return FileAccessManager::shared().hasValidAccess(); },
+        [this](bool hasAccess) {
+            if (std::exchange(m_state.hasFolderAccess, hasAccess) != hasAccess) {
+                render();
+            }
+        });
+}
+
+void ScreenshotGalleryView::expandToFull() const
+{
+    // Copies: with the popover goes this view.
+    const auto expand = m_onExpandToFull;
+    const auto close = m_onClosePopover;
+    if (expand) {
+        expand();
+    }
+    if (close) {
+        close();
+    }
+}
+
+/// For a popover, which would stand in the way of what the user wants to see next.
+void ScreenshotGalleryView::leaveForOtherProgram() const
+{
+    if (const auto close = m_onClosePopover) {
+        close();
+    }
+}
+
+void ScreenshotGalleryView::leaveSelection()
+{
+    m_viewModel->setSelectionMode(false);
+    m_viewModel->setSelectedIDs({});
+}
+
+void ScreenshotGalleryView::render()
+{
+    m_layout->render(m_state);
+    renderSheet();
+}
+
+void ScreenshotGalleryView::renderSheet()
+{
+    if (m_sheet) {
+        return;
+    }
+    if (const auto &message = m_viewModel->copyConfirmationMessage()) {
+        confirmCopy(*message);
+    } else if (m_viewModel->showBulkDeleteConfirmation()) {
+        askBeforeDeletion();
+    }
+}
+
+void ScreenshotGalleryView::confirmCopy(const QString &message)
+{
+    m_sheet = Sheet::present(
+        *this, {
+                   .symbol = QStringLiteral("doc.on.clipboard"),
+                   .tone = SheetDescription::Tone::Accent,
+                   .title = tr("Screenshot Copied"),
+                   .message = message,
+                   .buttons = {{
+                       .kind = PushButton::Kind::Prominent,
+                       .text = tr("OK"),
+                       .action = [this] { m_viewModel->setCopyConfirmationMessage(std::nullopt); },
+                   }},
+               });
+}
+
+void ScreenshotGalleryView::askBeforeDeletion()
+{
+    const auto answer = [this](bool isConfirmed) {
+        m_viewModel->setShowBulkDeleteConfirmation(false);
+        if (isConfirmed) {
+            m_viewModel->deleteSelected();
+        } else if (!m_viewModel->isSelectionMode()) {
+            // What the menu of one item has selected.
+            m_viewModel->setSelectedIDs({});
+        }
+    };
+    m_sheet = Sheet::present(
+        *this, {
+                   .symbol = QStringLiteral("trash"),
+                   .tone = SheetDescription::Tone::Red,
+                   .title = tr("Delete Selected Screenshots"),
+                   .message = galleryTexts::deletionQuestion(m_viewModel->selectedScreenshots().size()),
+                   .buttons =
+                       {{
+                            .kind = PushButton::Kind::Bordered,
+                            .text = tr("Cancel"),
+                            .action = [answer] { answer(false); },
+                            .role = SheetButton::Role::Cancel,
+                        },
+                        {
+                            .kind = PushButton::Kind::Destructive,
+                            .text = tr("Delete All"),
+                            .action = [answer] { answer(true); },
+                        }},
+               });
+}
+
+void ScreenshotGalleryView::keyPressEvent(QKeyEvent *event)
+{
+    if (event->key() == Qt::Key_Escape && m_viewModel->isSelectionMode()) {
+        leaveSelection();
+    } else if (event->matches(QKeySequence::SelectAll) && m_viewModel->isSelectionMode()) {
+        QSet<QString> ids;
+        for (const ScreenshotItem &item : m_viewModel->displayedScreenshots()) {
+            ids.insert(item.id);
+        }
+        m_viewModel->setSelectedIDs(ids);
+    } else if (event->matches(QKeySequence::Copy)) {
+        handleCopyKey();
+    } else if (event->matches(QKeySequence::Delete)) {
+        handleDeleteKey();
+    } else if (event->matches(QKeySequence::Refresh)) {
+        refresh();
+    } else {
+        QWidget::keyPressEvent(event);
+    }
+}
+
+/// The selection while there is one, else the item that the keyboard is at.
+void ScreenshotGalleryView::handleCopyKey()
+{
+    if (m_viewModel->isSelectionMode()) {
+        m_viewModel->copySelectedToClipboard();
+    } else if (const auto index = grid().currentIndex()) {
+        m_viewModel->copyToClipboard(m_viewModel->displayedScreenshots().at(*index));
+    }
+}
+
+void ScreenshotGalleryView::handleDeleteKey()
+{
+    if (m_viewModel->isDeleting()) {
+        return;
+    }
+    if (!m_viewModel->selectedScreenshots().isEmpty()) {
+        m_viewModel->setShowBulkDeleteConfirmation(true);
+    } else if (const auto index = grid().currentIndex()) {
+        askBeforeDeletion(m_viewModel->displayedScreenshots().at(*index));
+    }
+}
+
+void ScreenshotGalleryView::askBeforeDeletion(const ScreenshotItem &item)
+{
+    // Of a selection that holds the item, all go; else it is the only one.
+    if (!m_viewModel->isSelectionMode() || !m_viewModel->selectedIDs().contains(item.id)) {
+        m_viewModel->setSelectedIDs({item.id});
+    }
+    m_viewModel->setShowBulkDeleteConfirmation(true);
+}
+
+void ScreenshotGalleryView::showItemMenu(const ScreenshotItem &item, QPoint position)
+{
+    auto *const menu = new PopUpMenu(itemMenuWidth, this);
+    menu->setAttribute(Qt::WA_DeleteOnClose);
+    const auto add = [this, menu](const QString &title, const QString &symbol, auto action) {
+        QAction *const added =
+            symbol.isEmpty() ? menu->addAction(title) : menu->addAction(Symbols::icon(symbol), title);
+        connect(added, &QAction::triggered, this, std::move(action));
+        return added;
+    };
+    add(tr("Copy"), QStringLiteral("doc.on.clipboard"), [this, item] { m_viewModel->copyToClipboard(item); });
+    add(tr("Open"), QStringLiteral("photo.on.rectangle.angled"), [this, item] {
+        Workspace::shared().open(item.url());
+        leaveForOtherProgram();
+    });
+    add(tr("Show in File Manager"), QStringLiteral("folder.fill"), [this, item] {
+        Workspace::shared().activateFileViewerSelecting({item.url()});
+        leaveForOtherProgram();
+    });
+    menu->addSeparator();
+    add(tr("Move to Trash"), QStringLiteral("trash"), [this, item] {
+        askBeforeDeletion(item);
+    })->setEnabled(!m_viewModel->isDeleting());
+    menu->popUpBeside(QRect(position, QSize(1, 1)));
+}
