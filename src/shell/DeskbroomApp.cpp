@@ -1,6 +1,8 @@
 #include "DeskbroomApp.h"
 
+#include "GalleryConfiguration.h"
 #include "MenuBarManager.h"
+#include "ScreenshotGalleryView.h"
 #include "processEnvironment.h"
 #include "processMemory.h"
 #include "runInBackground.h"
@@ -9,6 +11,18 @@ namespace {
 
 const QString applicationName = QStringLiteral("Deskbroom");
 const QString applicationIdentifier = QStringLiteral("org.deskbroom.Deskbroom");
+
+WindowViews windowViews()
+{
+    return {
+        .gallery = [] { return std::make_unique<ScreenshotGalleryView>(GalleryConfiguration::window()); },
+        .recentScreenshots =
+            [](std::function<void()> onExpandToFull, std::function<void()> onClosePopover) {
+                return std::make_unique<ScreenshotGalleryView>(
+                    GalleryConfiguration::popover(), std::move(onExpandToFull), std::move(onClosePopover));
+            },
+    };
+}
 
 } // namespace
 
@@ -24,7 +38,7 @@ DeskbroomApp::ProcessPreparation::ProcessPreparation()
         AppDelegate::applicationShouldTerminateAfterLastWindowClosed());
 }
 
-DeskbroomApp::DeskbroomApp(int &argc, char **argv) : m_application(argc, argv)
+DeskbroomApp::DeskbroomApp(int &argc, char **argv) : m_application(argc, argv), m_appDelegate(windowViews())
 {
 }
 
