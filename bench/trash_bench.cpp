@@ -1,8 +1,12 @@
-// Moving 1,000 files to the Trash the product's way, waiting for writers included, beside the same loop of
-// bare `g_file_trash`. The two take turns, so that a disk that slows down slows both.
+// Moving 1,000 files to the Trash the product's way, waiting for writers included, and as a gallery's
+// selection, beside the same loop of bare `g_file_trash`. They take turns, so that a disk that slows down
+// slows all of them.
 
+#include "FileAccessManager.h"
 #include "FileCoordinator.h"
 #include "FileManager.h"
+#include "NotificationManager.h"
+#include "ScreenshotGalleryViewModel.h"
 #include "TemporaryFolder.h"
 
 #include <benchmark/benchmark.h>
@@ -12,6 +16,10 @@
 
 #undef signals
 #include <gio/gio.h>
+
+#include <memory>
+#include <optional>
+#include <tuple>
 
 namespace {
 
@@ -78,8 +86,46 @@ void coordinatedTrash(benchmark::State &state)
     }
 }
 
+/// A model that shows all of a thousand new screenshots on the Desktop and has them selected.
+std::unique_ptr<ScreenshotGalleryViewModel> makeSelection()
+{
+    std::ignore = home().makeFilled(QStringLiteral("Desktop"), fileCount, 1);
+    auto model = std::make_unique<ScreenshotGalleryViewModel>(
+        std::nullopt, QList<SearchPathDirectory>{SearchPathDirectory::Desktop});
+    model->loadScreenshots();
+    while (model->isLoading()) {
+        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+    }
+    QSet<QString> ids;
+    for (const ScreenshotItem &item : model->displayedScreenshots()) {
+        ids.insert(item.id);
+    }
+    model->setSelectedIDs(ids);
+    return model;
+}
+
+void gallerySelectionTrash(benchmark::State &state)
+{
+    for (auto _ : state) {
+        state.PauseTiming();
+        const auto model = makeSelection();
+        state.ResumeTiming();
+        model->deleteSelected();
+        while (model->isDeleting()) {
+            QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+        }
+        state.PauseTiming();
+        if (!model->allScreenshots().isEmpty()) {
+            state.SkipWithError("Some of the selection is still there");
+        }
+        emptyTrash();
+        state.ResumeTiming();
+    }
+}
+
 BENCHMARK(bareGioTrash)->Unit(benchmark::kMillisecond)->UseRealTime();
 BENCHMARK(coordinatedTrash)->Unit(benchmark::kMillisecond)->UseRealTime();
+BENCHMARK(gallerySelectionTrash)->Unit(benchmark::kMillisecond)->UseRealTime();
 
 } // namespace
 
@@ -87,6 +133,9 @@ int main(int argc, char **argv)
 {
     const QCoreApplication application(argc, argv);
     home().becomeHome();
+    QDir(home().path()).mkdir(QStringLiteral("Desktop"));
+    NotificationManager::shared();
+    FileAccessManager::shared();
     benchmark::Initialize(&argc, argv);
     benchmark::RunSpecifiedBenchmarks();
 }

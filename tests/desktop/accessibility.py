@@ -15,7 +15,7 @@ _COMPONENT = "org.a11y.atspi.Component"
 _ROOT = "/org/a11y/atspi/accessible/root"
 
 # Bits of the state set, as numbered by AT-SPI.
-_STATES = {"checked": 4, "enabled": 8, "focused": 12, "showing": 25, "visible": 30}
+_STATES = {"checked": 4, "enabled": 8, "focused": 12, "selected": 23, "showing": 25, "visible": 30}
 _SCREEN_COORDINATES = 0
 
 

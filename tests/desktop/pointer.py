@@ -39,3 +39,15 @@ def holding(desktop, key):
         yield
     finally:
         desktop.run(["xdotool", "keyup", key])
+
+
+def drag(desktop, start, end, wait_until_accepted):
+    """With the left button, in enough steps that the toolkits on both sides take part; drops once the function
+    has returned.
+    """
+    desktop.run(["xdotool", "mousemove", "--sync", *map(str, start), "mousedown", "1"])
+    for step in range(1, 11):
+        position = [round(a + (b - a) * step / 10) for a, b in zip(start, end)]
+        desktop.run(["xdotool", "mousemove", "--sync", *map(str, position)])
+    wait_until_accepted()
+    desktop.run(["xdotool", "mousemove_relative", "--sync", "2", "2", "mouseup", "1"])
