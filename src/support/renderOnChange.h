@@ -12,8 +12,7 @@ inline void renderOnChange(const ObservableObject &model, QObject &view, std::fu
 {
     const auto isDirty = std::make_shared<bool>(false);
     QObject::connect(
-        &model, &ObservableObject::objectWillChange, &view,
-        [&view, isDirty, render = std::move(render)] {
+        &model, &ObservableObject::objectWillChange, &view, [&view, isDirty, render = std::move(render)] {
             if (std::exchange(*isDirty, true)) {
                 return;
             }
