@@ -8,7 +8,6 @@
 #include <QPainter>
 #include <QPixmap>
 
-
 QList<ScreenshotItem>
 galleryDrag::screenshots(const ScreenshotGalleryViewModel &model, const ScreenshotItem &dragged)
 {
