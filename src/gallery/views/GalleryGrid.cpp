@@ -259,6 +259,7 @@ void GalleryGrid::mouseMoveEvent(QMouseEvent *event)
     const QPoint way = event->position().toPoint() - m_pressPoint;
     if (!m_pressedID.isEmpty() && way.manhattanLength() >= QApplication::startDragDistance()) {
         startDrag();
+        return;
     }
     updateAttention();
 }
@@ -294,13 +295,14 @@ void GalleryGrid::startDrag()
     if (cell == nullptr) {
         return;
     }
-    auto *drag = new QDrag(this);
+    // Of the application, because in the loop that a drag runs everything can go, the grid too. It deletes
+    // itself afterwards.
+    auto *drag = new QDrag(QCoreApplication::instance());
     drag->setMimeData(galleryDrag::files(galleryDrag::screenshots(m_model, cell->screenshot())).release());
     drag->setPixmap(galleryDrag::picture(*cell));
     drag->setHotSpot(m_pressPoint - cell->pos() - QPoint(GalleryThumbnail::outset, GalleryThumbnail::outset));
     m_pointer.reset();
     updateAttention();
-    // Runs a loop of its own, in which everything can go, the grid too.
     drag->exec(Qt::CopyAction);
 }
 

@@ -36,6 +36,12 @@ QColor at(const QImage &picture, QPointF point)
     return colorAt(picture, origin + point);
 }
 
+/// Nothing is painted there but what a line of half a pixel leaves of itself beside its own.
+bool isGround(const QColor &color, const QColor &ground)
+{
+    return isNearly(color, ground, 4);
+}
+
 void savePictures(const QList<QImage> &pictures, const QString &name)
 {
     const QSize size = pictures.constFirst().size();
@@ -232,7 +238,7 @@ void GalleryThumbnailTest::imageRisesUnderThePointer()
             settle();
             const QImage after = rendered(cell, ratio, ground);
             const QPointF above(40, -1);
-            QVERIFY2(isNearly(at(before, above), ground), qPrintable(at(before, above).name()));
+            QVERIFY(isGround(at(before, above), ground));
             QVERIFY(at(after, above).red() > at(after, above).green() + 100);
             const QPointF below(60, 89);
             QVERIFY(at(after, below).lightness() < ground.lightness());
@@ -280,7 +286,7 @@ void GalleryThumbnailTest::selectedImageHasARingInsideItsFrame()
             QVERIFY(isNearly(at(picture, QPointF(40, 1)), ring));
             QVERIFY(isNearly(at(picture, QPointF(1, 45)), ring));
             QVERIFY(isNearly(at(picture, onBadge), Theme::current().accent));
-            QVERIFY(isNearly(at(picture, QPointF(40, -1)), ground));
+            QVERIFY(isGround(at(picture, QPointF(40, -1)), ground));
         }
     }
 }
@@ -295,9 +301,7 @@ void GalleryThumbnailTest::focusRingLiesOutsideOfTheImage()
     for (const qreal ratio : pixelRatios) {
         const QImage picture = rendered(cell, ratio, ground);
         QVERIFY(isNearly(at(picture, QPointF(60, -3)), composited(Theme::current().focusRing, ground)));
-        QVERIFY2(
-            isNearly(at(picture, QPointF(60, -1)), ground),
-            qPrintable(QStringLiteral("%1 %2").arg(at(picture, QPointF(60, -1)).name()).arg(ratio)));
+        QVERIFY(isGround(at(picture, QPointF(60, -1)), ground));
         QVERIFY(isNearly(at(picture, QPointF(20, 20)), red));
     }
 }

@@ -79,6 +79,8 @@ public:
 
     void show()
     {
+        // What is remembered may be of an earlier test's files of these names.
+        ThumbnailLoader::shared().revalidate();
         m_area.show();
         m_area.activateWindow();
         QVERIFY(QTest::qWaitForWindowActive(&m_area));
