@@ -6,6 +6,7 @@
 #include "processEnvironment.h"
 #include "processMemory.h"
 #include "runInBackground.h"
+#include "toolTips.h"
 
 namespace {
 
@@ -57,6 +58,7 @@ void DeskbroomApp::claimed(ApplicationInstance::Role role)
         QCoreApplication::quit();
         return;
     }
+    dressToolTips();
     m_appDelegate.applicationDidFinishLaunching();
     QObject::connect(
         &m_instance, &ApplicationInstance::activated, m_appDelegate.menuBarManager(),

@@ -98,7 +98,7 @@ PushButton::PushButton(Kind kind, const QString &text, QWidget *parent)
     setSize(Size::Regular);
     setAutoDefault(true); // Return presses it
     setAttribute(Qt::WA_Hover);
-    setFocusPolicy(Qt::StrongFocus);
+    setFocusPolicy(Qt::TabFocus); // a click leaves the keyboard where it is
     repaintWithTheme(*this);
 }
 

@@ -43,6 +43,12 @@ void paintSegment(QPainter &painter, const QRectF &box)
     painter.fillPath(shape, theme.segment);
 }
 
+/// The chosen one is the tab stop. A click leaves the keyboard where it is.
+Qt::FocusPolicy focusPolicy(bool isChosen)
+{
+    return isChosen ? Qt::TabFocus : Qt::NoFocus;
+}
+
 } // namespace
 
 SegmentedPicker::SegmentedPicker(const QStringList &options, QWidget *parent) : QWidget(parent)
@@ -54,7 +60,7 @@ SegmentedPicker::SegmentedPicker(const QStringList &options, QWidget *parent) : 
         auto *segment = new Segment(option, this);
         const int index = count();
         segment->setChecked(index == 0);
-        segment->setFocusPolicy(index == 0 ? Qt::StrongFocus : Qt::ClickFocus);
+        segment->setFocusPolicy(focusPolicy(index == 0));
         // Not its click: assistive programs check it without one.
         connect(segment, &Segment::toggled, this, [this, index](bool isChecked) {
             if (isChecked && index != m_currentIndex) {
@@ -130,7 +136,7 @@ void SegmentedPicker::setCurrentIndex(int index)
     m_currentIndex = index;
     for (int other = 0; other < count(); ++other) {
         Segment *segment = m_segments[static_cast<std::size_t>(other)];
-        segment->setFocusPolicy(other == index ? Qt::StrongFocus : Qt::ClickFocus);
+        segment->setFocusPolicy(focusPolicy(other == index));
     }
     m_segments[static_cast<std::size_t>(index)]->setChecked(true);
     slideFrom(start);
@@ -156,7 +162,8 @@ void SegmentedPicker::choose(int index, Qt::FocusReason reason)
     index = std::clamp(index, 0, count() - 1);
     const bool isNew = index != m_currentIndex;
     setCurrentIndex(index);
-    if (reason != Qt::MouseFocusReason) {
+    const QWidget *const focused = focusWidget();
+    if (reason != Qt::MouseFocusReason || (focused != nullptr && focused->hasFocus())) {
         m_segments[static_cast<std::size_t>(index)]->setFocus(reason);
     }
     if (isNew) {

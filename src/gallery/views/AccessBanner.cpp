@@ -38,7 +38,7 @@ AccessBanner::AccessBanner(QWidget *parent)
     setText(tr("Desktop Folder Access Required"));
     setAccessibleDescription(m_detail);
     setAttribute(Qt::WA_Hover);
-    setFocusPolicy(Qt::StrongFocus);
+    setFocusPolicy(Qt::TabFocus); // a click leaves the keyboard where it is
     setFixedHeight(faceHeight + 2 * outset);
     repaintWithTheme(*this);
 }

@@ -13,6 +13,9 @@ constexpr QChar popDirectionalIsolate(0x2069);
 constexpr char16_t controlPictures = 0x2400;
 constexpr QChar pictureOfDelete(0x2421);
 
+/// In characters, for a tooltip.
+constexpr qsizetype longestWholeName = 80;
+
 QChar visible(QChar character)
 {
     if (character.unicode() < 0x20) {
@@ -68,6 +71,10 @@ QString screenshotDescription::details(const ScreenshotItem &screenshot)
 
 QString screenshotDescription::toolTip(const ScreenshotItem &screenshot)
 {
-    return QStringLiteral("<p style=\"white-space:pre-wrap\">%1<br>%2</p>")
-        .arg(displayName(screenshot.name()).toHtmlEscaped(), details(screenshot).toHtmlEscaped());
+    const QString name = displayName(screenshot.name());
+    // Rich text is broken to a narrow column of its own accord, which only long names need.
+    const QString whiteSpace =
+        name.size() <= longestWholeName ? QStringLiteral("pre") : QStringLiteral("pre-wrap");
+    return QStringLiteral("<p style=\"white-space:%1\">%2<br>%3</p>")
+        .arg(whiteSpace, name.toHtmlEscaped(), details(screenshot).toHtmlEscaped());
 }
