@@ -104,6 +104,14 @@ class Gallery:
         button = self.wait_for_button(name)
         pointer.click(self._desktop, pointer.centre(wait_until_still(button.rectangle, f"{name!r} stands still")))
 
+    def click_option(self, name):
+        """One of a picker's."""
+        option = wait_until(
+            lambda: next((node for node in self.things("radio button") if node.name == name), None), f"{name} is offered"
+        )
+        pointer.click(self._desktop, pointer.centre(option.rectangle()))
+        wait_until(lambda: option.has_state("checked"), f"{name} is chosen")
+
     def click_cell(self, number, button="left"):
         # The list may still be coming in.
         cell = self.cell(number)

@@ -6,25 +6,18 @@
 #include "GalleryGrid.h"
 #include "NotificationCenter.h"
 #include "NotificationManager.h"
-#include "PopUpMenu.h"
 #include "ScreenshotGalleryViewModel.h"
 #include "Sheet.h"
-#include "Symbols.h"
 #include "ThumbnailLoader.h"
 #include "Workspace.h"
-#include "galleryTexts.h"
+#include "galleryItemMenu.h"
+#include "gallerySheets.h"
 #include "renderOnChange.h"
 #include "runInBackground.h"
 
 #include <QKeyEvent>
 
 #include <utility>
-
-namespace {
-
-constexpr int itemMenuWidth = 200;
-
-} // namespace
 
 ScreenshotGalleryView::ScreenshotGalleryView(
     const GalleryConfiguration &configuration, std::function<void()> onExpandToFull,
@@ -165,50 +158,27 @@ void ScreenshotGalleryView::renderSheet()
 
 void ScreenshotGalleryView::confirmCopy(const QString &message)
 {
-    m_sheet = Sheet::present(
-        *this, {
-                   .symbol = QStringLiteral("doc.on.clipboard"),
-                   .tone = SheetDescription::Tone::Accent,
-                   .title = tr("Screenshot Copied"),
-                   .message = message,
-                   .buttons = {{
-                       .kind = PushButton::Kind::Prominent,
-                       .text = tr("OK"),
-                       .action = [this] { m_viewModel->setCopyConfirmationMessage(std::nullopt); },
-                   }},
-               });
+    m_sheet = Sheet::present(*this, gallerySheets::copied(message, [this] {
+        m_viewModel->setCopyConfirmationMessage(std::nullopt);
+    }));
 }
 
 void ScreenshotGalleryView::askBeforeDeletion()
 {
-    const auto answer = [this](bool isConfirmed) {
-        m_viewModel->setShowBulkDeleteConfirmation(false);
-        if (isConfirmed) {
-            m_viewModel->deleteSelected();
-        } else if (!m_viewModel->isSelectionMode()) {
-            // What the menu of one item has selected.
-            m_viewModel->setSelectedIDs({});
-        }
-    };
+    const auto count = m_viewModel->selectedScreenshots().size();
     m_sheet = Sheet::present(
-        *this, {
-                   .symbol = QStringLiteral("trash"),
-                   .tone = SheetDescription::Tone::Red,
-                   .title = tr("Delete Selected Screenshots"),
-                   .message = galleryTexts::deletionQuestion(m_viewModel->selectedScreenshots().size()),
-                   .buttons =
-                       {{
-                            .kind = PushButton::Kind::Bordered,
-                            .text = tr("Cancel"),
-                            .action = [answer] { answer(false); },
-                            .role = SheetButton::Role::Cancel,
-                        },
-                        {
-                            .kind = PushButton::Kind::Destructive,
-                            .text = tr("Delete All"),
-                            .action = [answer] { answer(true); },
-                        }},
-               });
+        *this, gallerySheets::deletion(count, [this](bool isConfirmed) { answerDeletion(isConfirmed); }));
+}
+
+void ScreenshotGalleryView::answerDeletion(bool isConfirmed)
+{
+    m_viewModel->setShowBulkDeleteConfirmation(false);
+    if (isConfirmed) {
+        m_viewModel->deleteSelected();
+    } else if (!m_viewModel->isSelectionMode()) {
+        // What the menu of one item has selected.
+        m_viewModel->setSelectedIDs({});
+    }
 }
 
 void ScreenshotGalleryView::keyPressEvent(QKeyEvent *event)
@@ -265,26 +235,22 @@ void ScreenshotGalleryView::askBeforeDeletion(const ScreenshotItem &item)
 
 void ScreenshotGalleryView::showItemMenu(const ScreenshotItem &item, QPoint position)
 {
-    auto *const menu = new PopUpMenu(itemMenuWidth, this);
-    menu->setAttribute(Qt::WA_DeleteOnClose);
-    const auto add = [this, menu](const QString &title, const QString &symbol, auto action) {
-        QAction *const added =
-            symbol.isEmpty() ? menu->addAction(title) : menu->addAction(Symbols::icon(symbol), title);
-        connect(added, &QAction::triggered, this, std::move(action));
-        return added;
+    GalleryItemActions actions{
+        .copy = [this, item] { m_viewModel->copyToClipboard(item); },
+        .open =
+            [this, item] {
+                Workspace::shared().open(item.url());
+                leaveForOtherProgram();
+            },
+        .showInFileManager =
+            [this, item] {
+                Workspace::shared().activateFileViewerSelecting({item.url()});
+                leaveForOtherProgram();
+            },
+        .moveToTrash = {},
     };
-    add(tr("Copy"), QStringLiteral("doc.on.clipboard"), [this, item] { m_viewModel->copyToClipboard(item); });
-    add(tr("Open"), QStringLiteral("photo.on.rectangle.angled"), [this, item] {
-        Workspace::shared().open(item.url());
-        leaveForOtherProgram();
-    });
-    add(tr("Show in File Manager"), QStringLiteral("folder.fill"), [this, item] {
-        Workspace::shared().activateFileViewerSelecting({item.url()});
-        leaveForOtherProgram();
-    });
-    menu->addSeparator();
-    add(tr("Move to Trash"), QStringLiteral("trash"), [this, item] {
-        askBeforeDeletion(item);
-    })->setEnabled(!m_viewModel->isDeleting());
-    menu->popUpBeside(QRect(position, QSize(1, 1)));
+    if (!m_viewModel->isDeleting()) {
+        actions.moveToTrash = [this, item] { askBeforeDeletion(item); };
+    }
+    popUpGalleryItemMenu(*this, position, actions);
 }

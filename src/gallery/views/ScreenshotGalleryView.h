@@ -55,6 +55,7 @@ private:
     void renderSheet();
     void confirmCopy(const QString &message);
     void askBeforeDeletion();
+    void answerDeletion(bool isConfirmed);
 
     void refresh();
     void checkFolderAccess();

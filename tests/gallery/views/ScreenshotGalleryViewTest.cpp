@@ -7,11 +7,18 @@
 #include "SegmentedPicker.h"
 #include "Sheet.h"
 #include "TextLabel.h"
+#include "savePicture.h"
 
 #include <QApplication>
 #include <QClipboard>
 #include <QLabel>
+#include <QSemaphore>
 #include <QTest>
+
+#include <unistd.h>
+
+#include <memory>
+#include <utility>
 
 /// The gallery as a whole, over real files: what it shows in each state, and what its controls do.
 class ScreenshotGalleryViewTest : public QObject {
@@ -48,6 +55,28 @@ private:
 };
 
 namespace {
+
+/// Keeps a queue from doing anything until it is released.
+class HeldQueue final {
+public:
+    explicit HeldQueue(BackgroundQueue queue)
+    {
+        QThreadPool &pool = background::pool(queue);
+        for (int thread = 0; thread < pool.maxThreadCount(); ++thread) {
+            pool.start([held = m_held] { held->acquire(); });
+        }
+        m_threads = pool.maxThreadCount();
+    }
+
+    ~HeldQueue() { release(); }
+    Q_DISABLE_COPY_MOVE(HeldQueue)
+
+    void release() { m_held->release(std::exchange(m_threads, 0)); }
+
+private:
+    std::shared_ptr<QSemaphore> m_held = std::make_shared<QSemaphore>();
+    int m_threads = 0;
+};
 
 /// What can be read on the view: its labels that are to be seen.
 QStringList texts(const QWidget &view)
@@ -130,6 +159,9 @@ void ScreenshotGalleryViewTest::aLoadingTextStandsUntilTheListingEnds()
     view.resize(isEmbedded ? view.sizeHint() : QSize(1200, 900));
     view.show();
     QVERIFY(texts(view).contains(loading));
+    savePicture(
+        view,
+        isEmbedded ? QStringLiteral("gallery-popover-loading") : QStringLiteral("gallery-window-loading"));
     QTRY_VERIFY_WITH_TIMEOUT(!texts(view).contains(loading), patience);
     for (const QString &text : empty) {
         QVERIFY2(texts(view).contains(text), qUtf8Printable(text));
@@ -222,14 +254,14 @@ void ScreenshotGalleryViewTest::deletingAsksFirstAndSaysSoWhileItLasts()
         sheet(*view)->accessibleDescription(),
         QStringLiteral("Are you sure you want to move 1 screenshot to the Trash?"));
     QVERIFY(QFile::exists(m_home->home().desktop() + QStringLiteral("/Screenshot 1.png")));
+    HeldQueue deletions(BackgroundQueue::Default);
     press(*sheet(*view), QStringLiteral("Delete All"));
     QVERIFY(view->viewModel().isDeleting());
-    QCoreApplication::sendPostedEvents();
-    if (view->viewModel().isDeleting()) {
-        const PushButton *const deleting = button(*view, QStringLiteral("Deleting..."));
-        QVERIFY(deleting != nullptr);
-        QVERIFY(!deleting->isEnabled());
-    }
+    QTRY_VERIFY(button(*view, QStringLiteral("Deleting...")) != nullptr);
+    QVERIFY(!button(*view, QStringLiteral("Deleting..."))->isEnabled());
+    QVERIFY(!button(*view, QStringLiteral("Copy"))->isEnabled());
+    savePicture(*view, QStringLiteral("gallery-window-deleting"));
+    deletions.release();
     QTRY_VERIFY_WITH_TIMEOUT(texts(*view).contains(QStringLiteral("1 SCREENSHOT")), patience);
     QVERIFY(QFile::exists(m_home->trashed(QStringLiteral("Screenshot 1.png"))));
 }
