@@ -145,8 +145,9 @@ const QString &jpegFile()
 
 void measureOurJpeg(benchmark::State &state)
 {
+    const QString &path = jpegFile();
     for (auto _ : state) {
-        if (decodeAlone(jpegFile(), thumbnailSide).image.isNull()) {
+        if (decodeAlone(path, thumbnailSide).image.isNull()) {
             state.SkipWithError("There is no thumbnail");
             break;
         }
@@ -217,8 +218,9 @@ int main(int argc, char **argv)
     static const GdkPixbuf gdkPixbuf;
     if (gdkPixbuf.isInstalled()) {
         add("jpeg/gdk_pixbuf", [](benchmark::State &state) {
+            const QString &path = jpegFile();
             for (auto _ : state) {
-                if (!gdkPixbuf.makeThumbnail(jpegFile())) {
+                if (!gdkPixbuf.makeThumbnail(path)) {
                     state.SkipWithError("There is no thumbnail");
                     break;
                 }
