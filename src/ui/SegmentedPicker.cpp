@@ -44,7 +44,7 @@ void paintSegment(QPainter &painter, const QRectF &box)
 }
 
 /// The chosen one is the tab stop. A click leaves the keyboard where it is.
-Qt::FocusPolicy focusPolicy(bool isChosen)
+Qt::FocusPolicy policyOf(bool isChosen)
 {
     return isChosen ? Qt::TabFocus : Qt::NoFocus;
 }
@@ -60,7 +60,7 @@ SegmentedPicker::SegmentedPicker(const QStringList &options, QWidget *parent) : 
         auto *segment = new Segment(option, this);
         const int index = count();
         segment->setChecked(index == 0);
-        segment->setFocusPolicy(focusPolicy(index == 0));
+        segment->setFocusPolicy(policyOf(index == 0));
         // Not its click: assistive programs check it without one.
         connect(segment, &Segment::toggled, this, [this, index](bool isChecked) {
             if (isChecked && index != m_currentIndex) {
@@ -136,7 +136,7 @@ void SegmentedPicker::setCurrentIndex(int index)
     m_currentIndex = index;
     for (int other = 0; other < count(); ++other) {
         Segment *segment = m_segments[static_cast<std::size_t>(other)];
-        segment->setFocusPolicy(focusPolicy(other == index));
+        segment->setFocusPolicy(policyOf(other == index));
     }
     m_segments[static_cast<std::size_t>(index)]->setChecked(true);
     slideFrom(start);

@@ -213,7 +213,7 @@ void GalleryThumbnail::paintThumbnail(QPainter &painter) const
             thumbnailPainting::paintShade(painter, frame(), cornerRadius());
         } else if (m_hover.value() > 0) {
             painter.setOpacity(m_presence.value() * m_hover.value());
-            thumbnailPainting::paintLight(painter, frame(), cornerRadius(), m_framedImage);
+            thumbnailPainting::paintLight(painter, frame(), cornerRadius());
         }
         painter.setOpacity(1);
     } else if (m_isUnreadable) {

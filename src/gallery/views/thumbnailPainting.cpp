@@ -194,15 +194,15 @@ void thumbnailPainting::paintImage(QPainter &painter, const QRectF &frame, qreal
     painter.translate(-frame.topLeft());
 }
 
-void thumbnailPainting::paintLight(QPainter &painter, const QRectF &frame, qreal radius, const QImage &image)
+void thumbnailPainting::paintLight(QPainter &painter, const QRectF &frame, qreal radius)
 {
-    // A part of itself is added to the image: every channel grows by the same factor.
-    const qreal opacity = painter.opacity();
-    painter.setOpacity(opacity * (isDark() ? 0.12 : 0.05));
-    painter.setCompositionMode(QPainter::CompositionMode_Plus);
-    paintImage(painter, frame, radius, image);
+    // Dodging divides by what is left of the source's brightness, so every channel grows by the same factor.
+    const qreal factor = isDark() ? 1.12 : 1.05;
+    const auto brightness = static_cast<float>(1 - 1 / factor);
+    painter.setCompositionMode(QPainter::CompositionMode_ColorDodge);
+    painter.fillPath(
+        continuousRoundedRect(frame, radius), QColor::fromRgbF(brightness, brightness, brightness));
     painter.setCompositionMode(QPainter::CompositionMode_SourceOver);
-    painter.setOpacity(opacity);
 }
 
 void thumbnailPainting::paintShade(QPainter &painter, const QRectF &frame, qreal radius)

@@ -36,7 +36,7 @@ void paintUnreadable(QPainter &painter, const QRectF &frame);
 void paintImage(QPainter &painter, const QRectF &frame, qreal radius, const QImage &image);
 
 /// What makes such an image, painted before, brighter as it does under the pointer; by the painter's opacity.
-void paintLight(QPainter &painter, const QRectF &frame, qreal radius, const QImage &image);
+void paintLight(QPainter &painter, const QRectF &frame, qreal radius);
 /// What makes it darker while it is pressed.
 void paintShade(QPainter &painter, const QRectF &frame, qreal radius);
 

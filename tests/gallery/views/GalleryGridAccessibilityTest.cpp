@@ -126,6 +126,7 @@ void GalleryGridAccessibilityTest::itemsOutOfSightSaySo()
 void GalleryGridAccessibilityTest::focusIsWhereTheKeyboardIs()
 {
     show(10);
+    m_window->grid().clearFocus(); // which the window's activation has given it
     m_window->grid().setFocus(Qt::TabFocusReason);
     QTRY_VERIFY(m_window->grid().hasFocus());
     m_window->press(Qt::Key_Right);

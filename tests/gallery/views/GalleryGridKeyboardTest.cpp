@@ -1,8 +1,8 @@
 #include "GalleryGrid.h"
 #include "GalleryViewFixture.h"
+#include "galleryDrag.h"
 
 #include <QContextMenuEvent>
-#include <QDrag>
 #include <QMimeData>
 
 class GalleryGridKeyboardTest final : public QObject {
@@ -28,13 +28,13 @@ private Q_SLOTS:
     void menuKeysOpenTheContextMenu();
     void focusStaysWithItsScreenshot();
     void focusGoesToTheNearestWhereItsScreenshotHasGone();
-    void fileCanBeDraggedOut();
+    void dragIsNoClick();
+    void dragTakesItsFileAndLooksLikeItsCell();
     void selectedFilesAreDraggedTogether();
 
 private:
     /// A grid of six columns with so many screenshots, focused, on the first.
     void show(int count);
-    void drag(int index, const std::function<void(const QDrag &drag)> &look);
 
     /// What it doesn't accept would go on to what it lies in.
     void sendToGridAlone(QKeyEvent &event) { static_cast<QObject &>(m_window->grid()).event(&event); }
@@ -71,6 +71,7 @@ void GalleryGridKeyboardTest::show(int count)
     load(*m_model);
     m_window->grid().render();
     m_window->show();
+    m_window->grid().clearFocus(); // which the window's activation has given it
     m_window->grid().setFocus(Qt::TabFocusReason);
     QTRY_VERIFY(m_window->grid().hasFocus());
 }
@@ -275,51 +276,41 @@ void GalleryGridKeyboardTest::focusGoesToTheNearestWhereItsScreenshotHasGone()
     QTRY_COMPARE(current(), 2);
 }
 
-/// Without a display a drag ends as soon as it begins; it is there until the next turn of the loop.
-void GalleryGridKeyboardTest::drag(int index, const std::function<void(const QDrag &)> &look)
+void GalleryGridKeyboardTest::dragIsNoClick()
 {
+    show(3);
     GalleryGrid &grid = m_window->grid();
-    const QPoint from = m_window->middle(index);
+    const QPoint from = m_window->middle(1);
     const QPoint to = from + QPoint(30, 0);
     QTest::mousePress(&grid, Qt::LeftButton, {}, from);
     QMouseEvent move(
         QEvent::MouseMove, to, grid.mapToGlobal(to), Qt::NoButton, Qt::LeftButton, Qt::NoModifier);
     QCoreApplication::sendEvent(&grid, &move);
-    const auto *drag = QCoreApplication::instance()->findChild<QDrag *>();
-    QVERIFY(drag != nullptr);
-    look(*drag);
-    delete drag;
     QTest::mouseRelease(&grid, Qt::LeftButton, {}, from);
-}
-
-void GalleryGridKeyboardTest::fileCanBeDraggedOut()
-{
-    show(3);
-    QList<QUrl> urls;
-    QSizeF pictureSize;
-    drag(1, [&](const QDrag &drag) {
-        urls = drag.mimeData()->urls();
-        pictureSize = drag.pixmap().deviceIndependentSize();
-    });
-    QCOMPARE(urls, QList<QUrl>({m_model->displayedScreenshots().at(1).url()}));
-    QCOMPARE(pictureSize, QSizeF(120, 90));
     background::pool(BackgroundQueue::UserInitiated).waitForDone();
     QCoreApplication::sendPostedEvents();
     QVERIFY(!m_model->copyConfirmationMessage());
+}
+
+void GalleryGridKeyboardTest::dragTakesItsFileAndLooksLikeItsCell()
+{
+    show(3);
+    const ScreenshotItem &dragged = m_model->displayedScreenshots().at(1);
+    const auto data = galleryDrag::files(galleryDrag::screenshots(*m_model, dragged));
+    QCOMPARE(data->urls(), QList<QUrl>({dragged.url()}));
+    QCOMPARE(galleryDrag::picture(*m_window->grid().thumbnailAt(1)).deviceIndependentSize(), QSizeF(120, 90));
 }
 
 void GalleryGridKeyboardTest::selectedFilesAreDraggedTogether()
 {
     show(4);
     select(*m_model, {0, 2});
-    QList<QUrl> urls;
-    const auto keepUrls = [&urls](const QDrag &drag) { urls = drag.mimeData()->urls(); };
-    drag(2, keepUrls);
     const QList<ScreenshotItem> &screenshots = m_model->displayedScreenshots();
-    QCOMPARE(urls, QList<QUrl>({screenshots.at(0).url(), screenshots.at(2).url()}));
-    drag(3, keepUrls);
-    QCOMPARE(urls, QList<QUrl>({screenshots.at(3).url()}));
-    QCOMPARE(m_model->selectedIDs().size(), 2);
+    QCOMPARE(
+        galleryDrag::screenshots(*m_model, screenshots.at(2)),
+        QList<ScreenshotItem>({screenshots.at(0), screenshots.at(2)}));
+    QCOMPARE(
+        galleryDrag::screenshots(*m_model, screenshots.at(3)), QList<ScreenshotItem>({screenshots.at(3)}));
 }
 
 QTEST_MAIN(GalleryGridKeyboardTest)

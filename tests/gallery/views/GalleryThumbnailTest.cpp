@@ -176,7 +176,7 @@ void GalleryThumbnailTest::longImagesAreFittedWhole_data()
     QTest::addColumn<QPointF>("filled");
     QTest::newRow("very wide") << QSize(600, 200) << QPointF(60, 10) << QPointF(10, 35);
     QTest::newRow("very high") << QSize(100, 400) << QPointF(10, 45) << QPointF(54, 10);
-    QTest::newRow("a line") << QSize(900, 1) << QPointF(60, 10) << QPointF(10, 45);
+    QTest::newRow("a line") << QSize(900, 1) << QPointF(60, 10) << QPointF(10, 44.5);
 }
 
 void GalleryThumbnailTest::longImagesAreFittedWhole()

@@ -100,6 +100,12 @@ PushButton *button(const QWidget &view, const QString &text)
     return nullptr;
 }
 
+/// Of the cells, without what stands out of them.
+int gridWidth(const ScreenshotGalleryView &view)
+{
+    return view.grid().width() - 2 * GalleryGrid::outset;
+}
+
 /// Presses the button that has this text now.
 void press(const QWidget &view, const QString &text)
 {
@@ -298,27 +304,27 @@ void ScreenshotGalleryViewTest::theGridSizeIsChosenByThePicker()
     m_home->makeScreenshots(31);
     const auto view = shown(GalleryConfiguration::window());
     QCOMPARE(view->gridSize(), GalleryGridSize::Standard);
-    QCOMPARE(view->grid().width(), 6 * 120 + 5 * 12);
+    QCOMPARE(gridWidth(*view), 6 * 120 + 5 * 12);
     auto *const picker = view->findChild<SegmentedPicker *>();
     QVERIFY(picker != nullptr);
     picker->setFocus();
     QTest::keyClick(picker, Qt::Key_Left);
     QCOMPARE(view->gridSize(), GalleryGridSize::Compact);
-    QCOMPARE(view->grid().width(), 10 * 80 + 9 * 8);
+    QCOMPARE(gridWidth(*view), 10 * 80 + 9 * 8);
     QTest::keyClick(picker, Qt::Key_End);
     QCOMPARE(view->gridSize(), GalleryGridSize::Large);
-    QCOMPARE(view->grid().width(), 3 * 200 + 2 * 16);
+    QCOMPARE(gridWidth(*view), 3 * 200 + 2 * 16);
 }
 
 void ScreenshotGalleryViewTest::aNarrowHostGetsTwoRowsAndAsManyColumnsAsFit()
 {
     m_home->makeScreenshots(9);
     const auto view = shown(GalleryConfiguration::settings(), {449, 400});
-    QCOMPARE(view->grid().width(), 3 * 120 + 2 * 12);
+    QCOMPARE(gridWidth(*view), 3 * 120 + 2 * 12);
     view->setGridSize(GalleryGridSize::Large);
-    QCOMPARE(view->grid().width(), 200);
+    QCOMPARE(gridWidth(*view), 200);
     view->setGridSize(GalleryGridSize::Compact);
-    QCOMPARE(view->grid().width(), 4 * 80 + 3 * 8);
+    QCOMPARE(gridWidth(*view), 4 * 80 + 3 * 8);
     const PushButton *const refresh = button(*view, QStringLiteral("Refresh"));
     const auto *const picker = view->findChild<SegmentedPicker *>();
     QVERIFY(refresh->geometry().center().y() < picker->geometry().top());
@@ -395,7 +401,7 @@ void ScreenshotGalleryViewTest::theBannerIsShownWhileTheFolderCantBeRead()
     QCOMPARE(
         banner->accessibleDescription(),
         QStringLiteral("Deskbroom needs access to your Desktop folder. Click to open System Settings."));
-    QCOMPARE(banner->width() - 2 * AccessBanner::outset, view->grid().width());
+    QCOMPARE(banner->width() - 2 * AccessBanner::outset, gridWidth(*view));
     QVERIFY(QFile::setPermissions(
         m_home->home().desktop(), QFileDevice::ReadOwner | QFileDevice::WriteOwner | QFileDevice::ExeOwner));
     view->hide();
