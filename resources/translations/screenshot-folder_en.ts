@@ -24,4 +24,15 @@
         <translation>Deskbroom needs access to your screenshot folder. Click to open System Settings.</translation>
     </message>
 </context>
+<context>
+    <name>AccessBanner</name>
+    <message>
+        <source>Desktop Folder Access Required</source>
+        <translation>Screenshot Folder Access Required</translation>
+    </message>
+    <message>
+        <source>Deskbroom needs access to your Desktop folder. Click to open System Settings.</source>
+        <translation>Deskbroom needs access to your screenshot folder. Click to open System Settings.</translation>
+    </message>
+</context>
 </TS>

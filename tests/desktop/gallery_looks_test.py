@@ -78,7 +78,7 @@ class GalleryLooks:
         gallery.dismiss_copied()
         gallery.press("Load More (57 remaining)")
         gallery.wait_for_text("SHOWING 60 OF 87")
-        gallery.click_cell(60, "right")
+        gallery.click_cell(8, "right")
         program.wait_for_menu("Show in File Manager")
         self.save_picture("window-menu")
         program.click_menu_item("Copy")

@@ -71,7 +71,8 @@ void ScreenshotFolderWordingTest::changesTextsThatTheSourceHas()
 {
     for (const Message &message : catalogue()) {
         bool isInSource = false;
-        for (const QString &folder : {QStringLiteral("access"), QStringLiteral("notify")}) {
+        for (const QString &folder :
+             {QStringLiteral("access"), QStringLiteral("notify"), QStringLiteral("gallery/views")}) {
             QFile file(
                 QStringLiteral(DESKBROOM_SOURCE_FOLDER "/src/") + folder + u'/' + message.context +
                 QStringLiteral(".cpp"));

@@ -115,7 +115,9 @@ void ExpandedGallery::layOutContents()
             QRect(left, top, gridWidth, AccessBanner::faceHeight).adjusted(-outset, -outset, outset, outset));
         top += AccessBanner::faceHeight + gapAfterBanner;
     }
-    m_placeholder->setGeometry(0, top, viewport.width(), std::max(0, viewport.height() - top - padding));
+    // In the middle of the window rather than of what the toolbar leaves of it.
+    const int placeholderHeight = viewport.height() - top - padding - m_toolbar->height();
+    m_placeholder->setGeometry(0, top, viewport.width(), std::max(0, placeholderHeight));
     if (!m_grid->isHidden()) {
         constexpr int outset = GalleryGrid::outset;
         const int gridHeight = m_grid->heightForWidth(gridWidth + 2 * outset) - 2 * outset;
