@@ -37,7 +37,7 @@ constexpr Measures measures(PushButton::Size size)
     case PushButton::Size::Small:
         return {
             .height = 26, .padding = 10, .radius = 6, .symbolSide = 14, .textStyle = TextStyle::SmallButton};
-    case PushButton::Size::Question:
+    case PushButton::Size::Compact:
         return {
             .height = 28, .padding = 12, .radius = 7, .symbolSide = 14, .textStyle = TextStyle::SmallButton};
     }

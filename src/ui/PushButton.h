@@ -30,7 +30,7 @@ public:
         Regular,
         Small,
         /// As high as a regular one, with the label of a small one: three of them share a narrow row.
-        Question,
+        Compact,
     };
 
     static constexpr int outset = 4;

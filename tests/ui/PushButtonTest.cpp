@@ -75,7 +75,7 @@ void PushButtonTest::hasTheGivenMeasures_data()
     QTest::addColumn<int>("symbolSide");
     QTest::newRow("regular") << Kind::Bordered << Size::Regular << 28 << 12 << 13 << 16;
     QTest::newRow("small") << Kind::BorderedDestructive << Size::Small << 26 << 10 << 12 << 14;
-    QTest::newRow("question") << Kind::Destructive << Size::Question << 28 << 12 << 12 << 14;
+    QTest::newRow("question") << Kind::Destructive << Size::Compact << 28 << 12 << 12 << 14;
     QTest::newRow("plain") << Kind::Plain << Size::Regular << 28 << 8 << 13 << 16;
     QTest::newRow("small and plain") << Kind::Plain << Size::Small << 26 << 8 << 12 << 14;
 }

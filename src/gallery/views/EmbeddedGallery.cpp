@@ -92,6 +92,7 @@ EmbeddedGallery::EmbeddedGallery(ScreenshotGalleryViewModel &model, GalleryActio
     m_hint->setColor(TextColor::Secondary);
     m_hint->setMaximumLineCount(1);
     m_grid->setMetrics(GalleryGridMetrics::embedded());
+    m_viewAll->setSize(PushButton::Size::Compact);
     connectButtons(actions);
     setFixedSize(viewSize);
 }

@@ -90,7 +90,7 @@ void ScreenshotConfirmationView::layOut()
         new TextLabel(TextStyle::Subheadline, tr("What would you like to do with this screenshot?"), this));
     rows->addLayout(buttons);
     for (PushButton *button : {m_deleteNowButton, m_deleteLaterButton, m_keepButton}) {
-        button->setSize(PushButton::Size::Question);
+        button->setSize(PushButton::Size::Compact);
         buttons->addButton(*button);
     }
     setFixedWidth(viewWidth);
