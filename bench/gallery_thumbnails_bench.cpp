@@ -65,6 +65,8 @@ public:
 
     [[nodiscard]] const QStringList &paths() const { return m_paths; }
 
+    [[nodiscard]] QString path() const { return m_folder.path(); }
+
     [[nodiscard]] QString cache() const { return m_folder.path() + QStringLiteral("/.cache"); }
 
     void clearCache() const { QDir(cache()).removeRecursively(); }
@@ -83,7 +85,8 @@ const Home &home()
 DecodedThumbnail decodeAlone(const QString &path, int maximumPixelSize)
 {
     const auto source = ImageSource::create(QUrl::fromLocalFile(path));
-    return {.image = source ? source->thumbnail(maximumPixelSize).value_or(QImage()) : QImage()};
+    return {
+        .image = source ? source->thumbnail(maximumPixelSize).value_or(QImage()) : QImage(), .fileState = {}};
 }
 
 /// False if one of them has no thumbnail.
@@ -134,7 +137,7 @@ void measureGallery(benchmark::State &state, Entries entries, int threads)
 const QString &jpegFile()
 {
     static const QString path = [] {
-        const QString name = QDir(home().cache()).filePath(QStringLiteral("../photo.jpeg"));
+        const QString name = home().path() + QStringLiteral("/photo.jpeg");
         QBuffer buffer;
         screenshots::make(Kind::Photo, screenshotSize).save(&buffer, "jpeg");
         write(name, buffer.data());

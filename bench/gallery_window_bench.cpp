@@ -1,6 +1,6 @@
 // The gallery's window over many screenshots, as its user waits for it: how long after the listing its first
 // frame is painted, how long the main thread is away at a stretch while thumbnails arrive and while it is
-// scrolled, and what all of it takes in memory. Needs a display, `bench/run` gives it one.
+// scrolled, and what all of it takes in memory.
 //
 //   gallery_window_bench [COUNT]
 

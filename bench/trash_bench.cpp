@@ -13,13 +13,13 @@
 
 #include <QCoreApplication>
 #include <QDir>
+#include <QFile>
 
 #undef signals
 #include <gio/gio.h>
 
 #include <memory>
 #include <optional>
-#include <tuple>
 
 namespace {
 
@@ -89,12 +89,18 @@ void coordinatedTrash(benchmark::State &state)
 /// A model that shows all of a thousand new screenshots on the Desktop and has them selected.
 std::unique_ptr<ScreenshotGalleryViewModel> makeSelection()
 {
-    std::ignore = home().makeFilled(QStringLiteral("Desktop"), fileCount, 1);
+    for (int number = 0; number < fileCount; ++number) {
+        QFile file(home().path() + QStringLiteral("/Desktop/Screenshot %1.png").arg(number));
+        static_cast<void>(file.open(QIODevice::WriteOnly));
+    }
     auto model = std::make_unique<ScreenshotGalleryViewModel>(
         std::nullopt, QList<SearchPathDirectory>{SearchPathDirectory::Desktop});
     model->loadScreenshots();
     while (model->isLoading()) {
         QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+    }
+    if (model->displayedScreenshots().size() != fileCount) {
+        qFatal("Not all of the screenshots are there");
     }
     QSet<QString> ids;
     for (const ScreenshotItem &item : model->displayedScreenshots()) {

@@ -68,7 +68,7 @@ void ThumbnailCache::erase(const QString &key)
     if (position == m_positions.cend()) {
         return;
     }
-    const Entries::iterator entry = *position;
+    const auto entry = *position;
     m_bytes -= entry->bytes();
     m_positions.erase(position);
     // Last: the key may be the entry's own.

@@ -1,6 +1,7 @@
 #include "ThumbnailLoader.h"
 
 #include "FileManager.h"
+#include "lowerThreadPriority.h"
 #include "processMemory.h"
 #include "runInBackground.h"
 
@@ -166,6 +167,8 @@ void ThumbnailLoader::beginDecode(const QString &key)
     runInBackground(
         this, BackgroundQueue::Thumbnails,
         [decode = m_options.decode, path = decode.path, maximumPixelSize = decode.maximumPixelSize] {
+            // As many as there are processors: what is on screen has to move all the same.
+            lowerThreadPriority();
             return decode(path, maximumPixelSize);
         },
         [this, key](const DecodedThumbnail &thumbnail) { finishDecode(key, thumbnail); });

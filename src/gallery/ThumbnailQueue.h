@@ -25,7 +25,7 @@ public:
     {
         for (const auto &[place, key] : m_keys) {
             if (mayBegin(key)) {
-                const QString taken = key;
+                QString taken = key;
                 remove(taken);
                 return taken;
             }

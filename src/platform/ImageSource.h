@@ -23,8 +23,8 @@ public:
 
     /// The file's first image, scaled down until its longer side is at most `maximumPixelSize` pixels, and
     /// never up; always made of the full image, never of an embedded thumbnail, and upright. None if the
-    /// image is damaged, still unfinished, or too large: a PNG of more than 2^28 pixels, or anything that would
-    /// take more than half a GiB while it is decoded.
+    /// image is damaged, still unfinished, or too large: a PNG of more than 2^28 pixels, or anything that
+    /// would take more than half a GiB while it is decoded.
     [[nodiscard]] std::optional<QImage> thumbnail(int maximumPixelSize) const;
 
     /// The same, for a gallery that shows the file again and again: out of the cache that the desktop's

@@ -6,7 +6,7 @@ import pointer
 import sample_screenshots
 from desktop_test_case import DesktopTestCase, OnTint2, OnXfce4Panel, run
 from drop_target import DropTarget
-from gallery import open_popover, open_window, popover, window
+from gallery import open_popover, open_window
 from other_window import OtherWindow
 from waiting import wait_until
 

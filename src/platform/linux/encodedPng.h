@@ -11,6 +11,6 @@ struct PngText {
 };
 
 /// The image as a PNG of 8 bits per channel, without alpha if it has none, and the texts before its pixels.
-/// Packed for speed: a few times as fast as the quickest level of the library that libpng uses. Empty if
+/// Packed for speed rather than for size. Empty if
 /// there is no memory for it. Any thread.
 [[nodiscard]] QByteArray encodedPng(const QImage &image, const QList<PngText> &texts);

@@ -14,6 +14,9 @@ namespace {
 constexpr int bytesPerPixel = 4;
 constexpr qint64 mebibyte = 1 << 20;
 
+/// Below 50 the toolkit's JPEG reader takes the quicker of two transforms and doesn't smooth the colours.
+constexpr int quickJpegQuality = 49;
+
 /// The toolkit refuses images of more than 256 MiB unless told otherwise, once for all readers.
 void raiseAllocationLimit()
 {
@@ -86,6 +89,8 @@ decodedThumbnails(QIODevice &device, ImageFormat format, std::span<const int> ma
         const QSize read = jpegReadSize(stored, largest);
         if (read != stored) {
             reader.setScaledSize(read);
+            // The reader's word for leaving out what is only to be seen at full size.
+            reader.setQuality(quickJpegQuality);
         }
     }
     const bool isTurned = (reader.transformation() & QImageIOHandler::TransformationRotate90) != 0;
