@@ -79,7 +79,7 @@ void AreaAverage::addRow(const uchar *row)
     sumColumns(row);
     while (height > 0) {
         const int part = std::min(height, m_missingHeight);
-        addSums(static_cast<quint64>(part));
+        addSums(static_cast<quint32>(part));
         height -= part;
         m_missingHeight -= part;
         if (m_missingHeight == 0) {
@@ -128,7 +128,7 @@ void AreaAverage::addWholeRows()
 {
     if (m_wholeRowCount > 0) {
         sumColumns(m_wholeRows.data());
-        addSums(static_cast<quint64>(m_image.height()));
+        addSums(static_cast<quint32>(m_image.height()));
         m_wholeRowCount = 0;
     }
 }
@@ -177,11 +177,12 @@ template <AreaAverage::Channels channels, typename Value> void AreaAverage::sumC
     }
 }
 
-void AreaAverage::addSums(quint64 weight)
+void AreaAverage::addSums(quint32 weight)
 {
+    // Of 32 bits each, which the processor multiplies two at a time.
     for (size_t column = 0; column < m_sums.size(); ++column) {
         for (size_t channel = 0; channel < m_sums[column].size(); ++channel) {
-            m_sums[column][channel] += weight * m_rowSums[column][channel];
+            m_sums[column][channel] += quint64{weight} * m_rowSums[column][channel];
         }
     }
 }
@@ -189,12 +190,21 @@ void AreaAverage::addSums(quint64 weight)
 void AreaAverage::finishRow()
 {
     const quint64 area = static_cast<quint64>(m_source.width()) * static_cast<quint64>(m_source.height());
-    const auto mean = [area](quint64 sum) { return static_cast<int>((sum + area / 2) / area); };
+    // A division by multiplying is off by one at most, which is cheaper to put right than to divide.
+    const double inverse = 1.0 / static_cast<double>(area);
+    const auto mean = [area, inverse](quint64 sum) {
+        const quint64 rounded = sum + area / 2;
+        auto quotient = static_cast<quint64>(
+            static_cast<qint64>(static_cast<double>(static_cast<qint64>(rounded)) * inverse));
+        quotient -= quotient * area > rounded ? 1 : 0;
+        quotient += (quotient + 1) * area <= rounded ? 1 : 0;
+        return static_cast<int>(quotient);
+    };
+    const bool isOpaque = m_channels != Channels::Rgba;
     auto *const pixels = reinterpret_cast<QRgb *>(m_image.scanLine(m_nextRow));
     for (size_t column = 0; column < m_sums.size(); ++column) {
         const auto &[red, green, blue, alpha] = m_sums[column];
-        pixels[column] =
-            qRgba(mean(red), mean(green), mean(blue), m_channels == Channels::Rgba ? mean(alpha) : 255);
+        pixels[column] = qRgba(mean(red), mean(green), mean(blue), isOpaque ? 255 : mean(alpha));
     }
     m_sums.assign(m_sums.size(), {});
     m_missingHeight = m_source.height();

@@ -34,7 +34,7 @@ private:
     void addWholeRows();
     template <typename Value> void sumColumns(const Value *row);
     template <Channels channels, typename Value> void sumColumnsOf(const Value *pixel);
-    void addSums(quint64 weight);
+    void addSums(quint32 weight);
     void finishRow();
 
     QSize m_source;

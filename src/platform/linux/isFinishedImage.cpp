@@ -6,6 +6,7 @@
 #include <unistd.h>
 
 #include <array>
+#include <cstring>
 #include <optional>
 
 namespace {
@@ -22,6 +23,21 @@ public:
             return std::nullopt;
         }
         return m_block[m_position++];
+    }
+
+    /// Goes on behind the next byte of that value; false if there is none.
+    bool skipBehind(uchar value)
+    {
+        while (m_position < m_end || fill()) {
+            const uchar *const from = m_block.data() + m_position;
+            const void *const found = std::memchr(from, value, m_end - m_position);
+            if (found != nullptr) {
+                m_position += static_cast<size_t>(static_cast<const uchar *>(found) - from) + 1;
+                return true;
+            }
+            m_position = m_end;
+        }
+        return false;
     }
 
     void skip(off_t count)
@@ -78,10 +94,7 @@ bool isFinishedJpeg(int descriptor)
     constexpr uchar markerPrefix = 0xFF;
     constexpr uchar endOfImage = 0xD9;
     ByteReader bytes(descriptor, 2);
-    while (const auto byte = bytes.next()) {
-        if (*byte != markerPrefix) {
-            continue;
-        }
+    while (bytes.skipBehind(markerPrefix)) {
         auto code = bytes.next();
         while (code == markerPrefix) {
             code = bytes.next();
