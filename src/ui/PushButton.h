@@ -69,7 +69,8 @@ protected:
 private:
     /// Where the parts of the label are; the mark is the symbol or the spinner.
     struct Label {
-        QRect mark = {};
+        // The braces are for those that name only the others.
+        QRect mark = {}; // NOLINT(readability-redundant-member-init)
         QRect text;
         QString shownText;
     };

@@ -16,7 +16,8 @@ struct SheetButton {
 
     PushButton::Kind kind = PushButton::Kind::Bordered;
     QString text;
-    std::function<void()> action = {};
+    // The braces are for those that name only the others.
+    std::function<void()> action = {}; // NOLINT(readability-redundant-member-init)
     Role role = Role::Default;
 };
 

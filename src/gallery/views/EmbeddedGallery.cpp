@@ -63,7 +63,8 @@ PushButton *smallButton(PushButton::Kind kind, const QString &text, const QStrin
 
 } // namespace
 
-EmbeddedGallery::EmbeddedGallery(ScreenshotGalleryViewModel &model, GalleryActions actions, QWidget *parent)
+EmbeddedGallery::EmbeddedGallery(
+    ScreenshotGalleryViewModel &model, const GalleryActions &actions, QWidget *parent)
     : GalleryLayout(parent),
       m_model(model),
       m_title(new TextLabel(TextStyle::Headline, tr("Recent Screenshots"), this)),

@@ -15,7 +15,8 @@ class EmbeddedGallery final : public GalleryLayout {
     Q_OBJECT
 
 public:
-    EmbeddedGallery(ScreenshotGalleryViewModel &model, GalleryActions actions, QWidget *parent = nullptr);
+    EmbeddedGallery(
+        ScreenshotGalleryViewModel &model, const GalleryActions &actions, QWidget *parent = nullptr);
 
     void render(const GalleryViewState &state) override;
 

@@ -27,7 +27,8 @@ constexpr int loadMoreHeight = 28;
 constexpr int gapBeforeFooter = 10;
 } // namespace
 
-ExpandedGallery::ExpandedGallery(ScreenshotGalleryViewModel &model, GalleryActions actions, QWidget *parent)
+ExpandedGallery::ExpandedGallery(
+    ScreenshotGalleryViewModel &model, const GalleryActions &actions, QWidget *parent)
     : GalleryLayout(parent),
       m_model(model),
       m_toolbar(new GalleryToolbar(model, actions, this)),

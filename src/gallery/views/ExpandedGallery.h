@@ -17,7 +17,8 @@ class ExpandedGallery final : public GalleryLayout {
     Q_OBJECT
 
 public:
-    ExpandedGallery(ScreenshotGalleryViewModel &model, GalleryActions actions, QWidget *parent = nullptr);
+    ExpandedGallery(
+        ScreenshotGalleryViewModel &model, const GalleryActions &actions, QWidget *parent = nullptr);
 
     void render(const GalleryViewState &state) override;
 
