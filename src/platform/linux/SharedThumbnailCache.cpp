@@ -99,7 +99,9 @@ bool SharedThumbnailCache::mayHold(const FileState &state) const
 {
     // Of the clock that the file system's stamps are from, which lags behind the exact one.
     timespec now = {};
-    ::clock_gettime(CLOCK_REALTIME_COARSE, &now);
+    if (::clock_gettime(CLOCK_REALTIME_COARSE, &now) != 0) {
+        return false;
+    }
     const std::chrono::nanoseconds time =
         std::chrono::seconds(now.tv_sec) + std::chrono::nanoseconds(now.tv_nsec);
     const auto age = time - std::chrono::nanoseconds(state.modifiedNs);
