@@ -100,7 +100,7 @@ QRectF SegmentedPicker::currentSegment() const
 void SegmentedPicker::placeSegments()
 {
     const QRect inside = well().adjusted(inset, inset, -inset, -inset);
-    const int wanted = sizeHint().width() - 2 * outset - 2 * inset;
+    const int wanted = std::max(1, sizeHint().width() - 2 * outset - 2 * inset);
     int sum = 0;
     int left = inside.left();
     for (Segment *segment : m_segments) {

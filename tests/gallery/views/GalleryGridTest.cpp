@@ -28,9 +28,9 @@ QStringList shownNames(const GalleryGrid &grid)
     return names;
 }
 
-/// The longest that one piece of work may keep the main thread, in milliseconds: three frames. Sanitizers
-/// make everything several times as slow.
-constexpr qint64 longestStall = 50 * 3;
+/// The longest that one piece of work may keep the main thread, in milliseconds: 50, but sanitizers make
+/// everything several times as slow.
+constexpr qint64 longestStall = 150;
 
 } // namespace
 
