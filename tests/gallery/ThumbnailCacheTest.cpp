@@ -82,7 +82,7 @@ private Q_SLOTS:
             QVERIFY(cache.bytes() <= 1000 * kibibyte);
         }
         QCOMPARE(cache.count(), 15);
-        QVERIFY(cache.bytes() > 15 * 64 * kibibyte);
+        QVERIFY(cache.bytes() > kibibyte * 15 * 64);
     }
 
     void anImageLargerThanTheLimitIsNotKept()
