@@ -75,7 +75,7 @@ QByteArray tiff(const QList<TiffPage> &pages, quint32 next = 0)
         const auto &[size, gray] = pages.at(index);
         constexpr quint32 stripSize = 32; // of 8 × 4 pixels, whatever the directory says
         constexpr quint16 entryCount = 8;
-        const auto directoryEnd = quint32(bytes.size() + 2 + entryCount * 12 + 4);
+        const auto directoryEnd = quint32(bytes.size() + 2 + qsizetype{12} * entryCount + 4);
         const auto entry = [&bytes](quint16 tag, quint16 type, quint32 value) {
             bytes += littleEndian(tag) + littleEndian(type) + littleEndian(quint32(1)) + littleEndian(value);
         };
@@ -218,7 +218,7 @@ private Q_SLOTS:
         QCOMPARE(::getrusage(RUSAGE_SELF, &after), 0);
         QTEST(made.has_value(), "isShown");
         const auto grown = after.ru_maxrss - before.ru_maxrss; // KiB
-        QVERIFY2(grown < 512 * 1024, qPrintable(QString::number(grown)));
+        QVERIFY2(grown < qint64{512} * 1024, qPrintable(QString::number(grown)));
     }
 
     void aPngWithoutAPaletteIsNone()

@@ -425,7 +425,7 @@ private Q_SLOTS:
         const auto packed = [](const QByteArray &text) {
             return testImages::pngChunk("zTXt", QByteArray("Thumb::URI\0\0", 12) + text);
         };
-        const QByteArray rows((256 * 3 + 1) * 192, '\0');
+        const QByteArray rows(qsizetype{256 * 3 + 1} * 192, '\0');
         QTest::newRow("a text that unpacks to a gigabyte") << testImages::png(
             {.size = {256, 192}}, rows, packed(qCompress(QByteArray(1 << 24, 'a'), 9).sliced(4)));
         QTest::newRow("a packed text that is none")

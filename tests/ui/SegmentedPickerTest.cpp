@@ -18,7 +18,7 @@ const QStringList sizes{QStringLiteral("Compact"), QStringLiteral("Standard"), Q
 QPointF besideLabel(const SegmentedPicker &picker, int index)
 {
     const QRect box = picker.findChildren<Segment *>().at(index)->geometry();
-    return QPointF(box.left() + 5, box.center().y());
+    return {box.left() + 5.0, static_cast<qreal>(box.center().y())};
 }
 
 Segment *segmentAt(const SegmentedPicker &picker, int index)
