@@ -5,6 +5,7 @@
 #include "Theme.h"
 #include "Typography.h"
 #include "continuousRoundedRect.h"
+#include "paintFocusRing.h"
 
 #include <QEvent>
 #include <QPainter>
@@ -15,8 +16,6 @@
 namespace {
 
 constexpr qreal disabledOpacity = 0.45;
-constexpr qreal ringWidth = 2;
-constexpr qreal ringDistance = 1.5;
 constexpr int spinnerSide = 14;
 constexpr int gapAfterMark = 6;
 constexpr int plainPadding = 8;
@@ -277,7 +276,7 @@ void PushButton::paintEvent(QPaintEvent * /*event*/)
         paintButton(painter);
     }
     if (hasFocus()) {
-        paintFocusRing(painter);
+        paintFocusRing(painter, box(), measures(m_size).radius);
     }
 }
 
@@ -306,13 +305,4 @@ void PushButton::paintLabel(QPainter &painter) const
     }
     painter.setPen(tint);
     painter.drawText(parts.text, Qt::AlignCenter | Qt::TextSingleLine, parts.shownText);
-}
-
-void PushButton::paintFocusRing(QPainter &painter) const
-{
-    const qreal distance = ringDistance + ringWidth / 2;
-    const QRectF ring = QRectF(box()).adjusted(-distance, -distance, distance, distance);
-    painter.strokePath(
-        continuousRoundedRect(ring, measures(m_size).radius + distance),
-        QPen(Theme::current().focusRing, ringWidth));
 }

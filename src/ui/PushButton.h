@@ -87,7 +87,6 @@ private:
     [[nodiscard]] TextColor labelColor() const;
     void paintButton(QPainter &painter) const;
     void paintLabel(QPainter &painter) const;
-    void paintFocusRing(QPainter &painter) const;
 
     Kind m_kind;
     Size m_size = Size::Regular;

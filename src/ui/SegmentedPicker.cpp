@@ -6,6 +6,7 @@
 #include "Segment.h"
 #include "Theme.h"
 #include "continuousRoundedRect.h"
+#include "paintFocusRing.h"
 
 #include <QKeyEvent>
 #include <QPainter>
@@ -20,8 +21,6 @@ constexpr int smallHeight = 26;
 constexpr int inset = 2;
 constexpr qreal segmentRadius = 5.5;
 constexpr qreal wellRadius = segmentRadius + inset - 0.5;
-constexpr qreal ringWidth = 2;
-constexpr qreal ringDistance = 1.5;
 constexpr qreal disabledOpacity = 0.45;
 constexpr std::chrono::milliseconds slide{180};
 
@@ -211,9 +210,6 @@ void SegmentedPicker::paintEvent(QPaintEvent * /*event*/)
     painter.setOpacity(1);
     const auto hasFocus = [](const Segment *segment) { return segment->hasFocus(); };
     if (std::ranges::any_of(m_segments, hasFocus)) {
-        const qreal distance = ringDistance + ringWidth / 2;
-        const QRectF ring = QRectF(well()).adjusted(-distance, -distance, distance, distance);
-        painter.strokePath(
-            continuousRoundedRect(ring, wellRadius + distance), QPen(theme.focusRing, ringWidth));
+        paintFocusRing(painter, well(), wellRadius);
     }
 }

@@ -4,6 +4,7 @@
 #include "Theme.h"
 #include "Typography.h"
 #include "continuousRoundedRect.h"
+#include "paintFocusRing.h"
 
 #include <QKeyEvent>
 #include <QPainter>
@@ -18,8 +19,6 @@ constexpr int symbolSide = 20;
 constexpr int gapAfterSymbol = 12;
 constexpr int chevronSide = 16;
 constexpr int gapBetweenLines = 2;
-constexpr qreal ringWidth = 2;
-constexpr qreal ringDistance = 1.5;
 
 void drawLine(QPainter &painter, const QRect &line, TextStyle style, const QString &text)
 {
@@ -74,9 +73,7 @@ void AccessBanner::paintFace(QPainter &painter) const
     painter.fillPath(shape, isDown() || underMouse() ? theme.bannerHover : theme.bannerFill);
     painter.strokePath(shape, QPen(theme.bannerLine, 0.5));
     if (hasFocus()) {
-        const qreal distance = ringDistance + ringWidth / 2;
-        const QRectF ring = QRectF(box()).adjusted(-distance, -distance, distance, distance);
-        painter.strokePath(continuousRoundedRect(ring, radius + distance), QPen(theme.focusRing, ringWidth));
+        paintFocusRing(painter, box(), radius);
     }
 }
 

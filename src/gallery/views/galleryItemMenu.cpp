@@ -1,19 +1,14 @@
 #include "galleryItemMenu.h"
 
 #include "PopUpMenu.h"
+#include "ScreenshotGalleryView.h"
 #include "Symbols.h"
 
 #include <QAction>
-#include <QCoreApplication>
 
 namespace {
 
 constexpr int leastWidth = 200;
-
-QString translated(const char *text)
-{
-    return QCoreApplication::translate("ScreenshotGalleryView", text);
-}
 
 void add(
     PopUpMenu &menu, QWidget &owner, const QString &title, const QString &symbol,
@@ -32,14 +27,13 @@ void popUpGalleryItemMenu(QWidget &owner, QPoint position, const GalleryItemActi
 {
     auto *const menu = new PopUpMenu(leastWidth, &owner);
     menu->setAttribute(Qt::WA_DeleteOnClose);
-    add(*menu, owner, translated(QT_TRANSLATE_NOOP("ScreenshotGalleryView", "Copy")),
-        QStringLiteral("doc.on.clipboard"), actions.copy);
-    add(*menu, owner, translated(QT_TRANSLATE_NOOP("ScreenshotGalleryView", "Open")),
-        QStringLiteral("photo.on.rectangle.angled"), actions.open);
-    add(*menu, owner, translated(QT_TRANSLATE_NOOP("ScreenshotGalleryView", "Show in File Manager")),
-        QStringLiteral("folder.fill"), actions.showInFileManager);
+    add(*menu, owner, ScreenshotGalleryView::tr("Copy"), QStringLiteral("doc.on.clipboard"), actions.copy);
+    add(*menu, owner, ScreenshotGalleryView::tr("Open"), QStringLiteral("photo.on.rectangle.angled"),
+        actions.open);
+    add(*menu, owner, ScreenshotGalleryView::tr("Show in File Manager"), QStringLiteral("folder.fill"),
+        actions.showInFileManager);
     menu->addSeparator();
-    add(*menu, owner, translated(QT_TRANSLATE_NOOP("ScreenshotGalleryView", "Move to Trash")),
-        QStringLiteral("trash"), actions.moveToTrash);
+    add(*menu, owner, ScreenshotGalleryView::tr("Move to Trash"), QStringLiteral("trash"),
+        actions.moveToTrash);
     menu->popUpBeside(QRect(position, QSize(1, 1)));
 }

@@ -1,14 +1,10 @@
 #include "galleryTexts.h"
 
-#include <QCoreApplication>
+#include "ScreenshotGalleryView.h"
+
 #include <QList>
 
 namespace {
-
-QString translated(const char *text)
-{
-    return QCoreApplication::translate("ScreenshotGalleryView", text);
-}
 
 /// Each "%lld" takes the next of the numbers.
 QString filled(QString text, const QList<qsizetype> &numbers)
@@ -33,49 +29,40 @@ QString filledWithEnding(const QString &text, qsizetype count, const QString &en
 
 QString galleryTexts::screenshotCount(qsizetype count)
 {
-    return filledWithEnding(
-        translated(QT_TRANSLATE_NOOP("ScreenshotGalleryView", "%lld screenshot%@")), count,
-        QStringLiteral("s"));
+    return filledWithEnding(ScreenshotGalleryView::tr("%lld screenshot%@"), count, QStringLiteral("s"));
 }
 
 QString galleryTexts::headerCount(qsizetype displayed, qsizetype all)
 {
     if (displayed < all) {
-        return filled(
-            translated(QT_TRANSLATE_NOOP("ScreenshotGalleryView", "SHOWING %lld OF %lld")), {displayed, all});
+        return filled(ScreenshotGalleryView::tr("SHOWING %lld OF %lld"), {displayed, all});
     }
-    return filledWithEnding(
-        translated(QT_TRANSLATE_NOOP("ScreenshotGalleryView", "%lld SCREENSHOT%@")), all,
-        QStringLiteral("S"));
+    return filledWithEnding(ScreenshotGalleryView::tr("%lld SCREENSHOT%@"), all, QStringLiteral("S"));
 }
 
 QString galleryTexts::selectionCount(qsizetype count)
 {
-    return filled(translated(QT_TRANSLATE_NOOP("ScreenshotGalleryView", "%lld selected")), {count});
+    return filled(ScreenshotGalleryView::tr("%lld selected"), {count});
 }
 
 QString galleryTexts::overflow(qsizetype count)
 {
-    return filled(translated(QT_TRANSLATE_NOOP("ScreenshotGalleryView", "+ %lld more")), {count});
+    return filled(ScreenshotGalleryView::tr("+ %lld more"), {count});
 }
 
 QString galleryTexts::footer(qsizetype displayed, qsizetype all)
 {
-    return filled(
-        translated(QT_TRANSLATE_NOOP("ScreenshotGalleryView", "Showing %lld of %lld screenshots")),
-        {displayed, all});
+    return filled(ScreenshotGalleryView::tr("Showing %lld of %lld screenshots"), {displayed, all});
 }
 
 QString galleryTexts::loadMore(qsizetype remaining)
 {
-    return filled(
-        translated(QT_TRANSLATE_NOOP("ScreenshotGalleryView", "Load More (%lld remaining)")), {remaining});
+    return filled(ScreenshotGalleryView::tr("Load More (%lld remaining)"), {remaining});
 }
 
 QString galleryTexts::deletionQuestion(qsizetype count)
 {
     return filledWithEnding(
-        translated(QT_TRANSLATE_NOOP(
-            "ScreenshotGalleryView", "Are you sure you want to move %lld screenshot%@ to the Trash?")),
-        count, QStringLiteral("s"));
+        ScreenshotGalleryView::tr("Are you sure you want to move %lld screenshot%@ to the Trash?"), count,
+        QStringLiteral("s"));
 }
