@@ -2,6 +2,9 @@
 # the checkout's root as the working directory.
 # shellcheck shell=bash
 
+# With which root's scripts go on as an ordinary user.
+ordinary_path=/usr/local/bin:/usr/bin:/bin
+
 source scripts/packages.sh
 
 say() {
@@ -92,7 +95,7 @@ become_ordinary_user() {
     say "Going on as an ordinary user in $place/checkout"
     (
         cd "$place/checkout"
-        env -i PATH=/usr/local/bin:/usr/bin:/bin LANG=C.UTF-8 HOME="$place/home" \
+        env -i PATH="$ordinary_path" LANG=C.UTF-8 HOME="$place/home" \
             setpriv --reuid="$user" --regid="$user" --clear-groups --no-new-privs "$@"
     ) || status=$?
     if [[ -d $place/checkout/build/pictures ]]; then

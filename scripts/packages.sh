@@ -10,6 +10,16 @@ build_packages=(
     qt6-base-dev qt6-l10n-tools libicu-dev libglib2.0-dev
     libxcb1-dev libxcb-xinput-dev libxcb-shape0-dev libpng-dev libisal-dev
 )
+# npm, which fetches the fonts that Debian doesn't have. Debian's brings hundreds of packages along, so any other
+# one will do if whoever builds finds it.
+font_packages=(npm)
+builder_path=$PATH
+if ((EUID == 0)); then
+    builder_path=$ordinary_path
+fi
+if PATH=$builder_path command -v npm >/dev/null; then
+    font_packages=()
+fi
 # The toolkit's SVG plugin, which draws the symbols. Previews of WebP and TIFF, the fonts of the screens, and
 # `gsettings`, which tells where some desktops' capture tools save: the program works without these.
 runtime_packages=(libqt6svg6 qt6-image-formats-plugins fonts-inter fonts-jetbrains-mono libglib2.0-bin)
@@ -22,9 +32,9 @@ desktop_packages=(
 )
 # The other panel that the tests use, whose tray is XEmbed, with a window manager and a compositor for it. The
 # settings' descriptions of two desktops' capture tools, the translations of a third one's folder name, and the
-# compiler for the descriptions that Debian doesn't have.
+# compiler for the descriptions that Debian doesn't have. Fonts that stand in for missing ones.
 test_packages=(
-    openbox tint2 picom
+    openbox tint2 picom fonts-dejavu-core
     gnome-screenshot mate-utils-common gnome-shell-common libglib2.0-dev-bin
 )
 # The compiler that brings a fuzzer, with its libraries.

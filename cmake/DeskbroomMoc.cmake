@@ -1,0 +1,23 @@
+# deskbroom_moc_follows_new_files(FOLDER): has moc run again for the targets of FOLDER and its subfolders whose list
+# of sources has changed. CMake's own rule knows the files that moc has read, so it misses a new header where
+# nothing else of the target has changed, and the program doesn't link (seen with CMake 3.25.1 and Ninja).
+function(deskbroom_moc_follows_new_files folder)
+    get_property(targets DIRECTORY ${folder} PROPERTY BUILDSYSTEM_TARGETS)
+    foreach(target IN LISTS targets)
+        get_target_property(sources ${target} SOURCES)
+        get_target_property(binary_folder ${target} BINARY_DIR)
+        set(known_file ${binary_folder}/CMakeFiles/${target}.sources)
+        set(known "")
+        if(EXISTS ${known_file})
+            file(READ ${known_file} known)
+        endif()
+        if(NOT known STREQUAL "${sources}")
+            file(REMOVE ${binary_folder}/${target}_autogen/timestamp)
+            file(WRITE ${known_file} "${sources}")
+        endif()
+    endforeach()
+    get_property(subfolders DIRECTORY ${folder} PROPERTY SUBDIRECTORIES)
+    foreach(subfolder IN LISTS subfolders)
+        deskbroom_moc_follows_new_files(${subfolder})
+    endforeach()
+endfunction()
