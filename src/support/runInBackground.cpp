@@ -10,6 +10,7 @@ namespace background {
 namespace {
 
 constexpr int queueCount = 5;
+constexpr int threadsOfAQueue = 2;
 
 /// How long the end of the program waits for work under way: a move to the Trash may be waiting two seconds
 /// for a writer, and a scan may hang for good on a dead mount.
@@ -24,7 +25,7 @@ std::array<QThreadPool, queueCount> &pools()
     static auto *const instances = [] {
         auto *const created = new std::array<QThreadPool, queueCount>;
         for (QThreadPool &pool : *created) {
-            pool.setMaxThreadCount(2);
+            pool.setMaxThreadCount(threadsOfAQueue);
         }
         QThreadPool &thumbnails = (*created)[static_cast<size_t>(BackgroundQueue::Thumbnails)];
         thumbnails.setMaxThreadCount(QThread::idealThreadCount());
@@ -39,6 +40,12 @@ std::array<QThreadPool, queueCount> &pools()
 QThreadPool &pool(BackgroundQueue queue)
 {
     return pools()[static_cast<size_t>(queue)];
+}
+
+void startAfresh(BackgroundQueue queue)
+{
+    QThreadPool &threads = pool(queue);
+    threads.setMaxThreadCount(threads.activeThreadCount() + threadsOfAQueue);
 }
 
 } // namespace background

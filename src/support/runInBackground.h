@@ -12,7 +12,7 @@
 enum class BackgroundQueue {
     /// Deletions and what follows a picked folder.
     Default,
-    /// What a person is waiting for: previews, copies.
+    /// What a person is waiting for: previews, copies, where the folder picker starts.
     UserInitiated,
     /// The watcher's listings.
     Scan,
@@ -25,6 +25,9 @@ enum class BackgroundQueue {
 namespace background {
 
 QThreadPool &pool(BackgroundQueue queue);
+
+/// Gives the queue as many threads as ever beside those that work now, which may hang for good. Main thread.
+void startAfresh(BackgroundQueue queue);
 
 /// Runs `deliver` on the main thread if `owner` is still alive there.
 template <typename Deliver> void returnToMain(QPointer<QObject> owner, Deliver deliver)

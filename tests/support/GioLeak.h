@@ -4,18 +4,16 @@
 // in later versions). A test program that makes that happen includes this file, once, so that the leak
 // detector lets it pass; the slow unwinder is what finds GIO in the call stack.
 
-extern "C" const char *__lsan_default_suppressions(); // NOLINT(bugprone-reserved-identifier,cert-*)
+extern "C" const char *__lsan_default_suppressions();
 
-extern "C" const char *
-__lsan_default_suppressions() // NOLINT(bugprone-reserved-identifier,cert-*,misc-definitions-in-headers)
+extern "C" const char *__lsan_default_suppressions() // NOLINT(misc-definitions-in-headers)
 {
     return "leak:libgio-2.0.so\n";
 }
 
-extern "C" const char *__asan_default_options(); // NOLINT(bugprone-reserved-identifier,cert-*)
+extern "C" const char *__asan_default_options();
 
-extern "C" const char *
-__asan_default_options() // NOLINT(bugprone-reserved-identifier,cert-*,misc-definitions-in-headers)
+extern "C" const char *__asan_default_options() // NOLINT(misc-definitions-in-headers)
 {
     return "fast_unwind_on_malloc=0";
 }
