@@ -13,8 +13,8 @@
 /// the file afresh (a few microseconds while it stays as it is).
 ///
 /// A file that can't be understood is set aside under the name `Deskbroom.json.damaged` (`.damaged-2` and so
-/// on if there is one), and the defaults apply; a value that can't be written is dropped. Both print one
-/// line.
+/// on if there is one), and the defaults apply. A value that can't be written may hold in this process until
+/// it can be: then the next change writes it too. Both print one line.
 class UserDefaults final {
 public:
     static UserDefaults &standard();

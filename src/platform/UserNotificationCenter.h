@@ -73,6 +73,10 @@ public:
     void
     add(UserNotificationRequest request, std::function<void(const std::optional<Error> &error)> done = {});
 
+Q_SIGNALS:
+    /// Worth another question: a notification server has come or gone. The desktop's own switch doesn't tell.
+    void authorizationMayHaveChanged();
+
 private:
     using Shown = std::function<void(const std::optional<Error> &error)>;
 

@@ -1,18 +1,14 @@
 #include "Appearance.h"
 
 #include "PrivateBus.h"
+#include "SettingsPortal.h"
 
 #include <QDBusArgument>
-#include <QDBusConnection>
-#include <QDBusContext>
-#include <QDBusMessage>
 #include <QDBusMetaType>
 #include <QGuiApplication>
 #include <QPalette>
 #include <QSignalSpy>
 #include <QTest>
-
-using Settings = QMap<QString, QVariantMap>;
 
 struct Accent {
     double red = 0;
@@ -37,60 +33,6 @@ static const QDBusArgument &operator>>(const QDBusArgument &argument, Accent &ac
     return argument; // NOLINT(bugprone-return-const-ref-from-parameter): the toolkit's signature
 }
 
-namespace {
-
-const QString service = QStringLiteral("org.freedesktop.portal.Desktop");
-const QString path = QStringLiteral("/org/freedesktop/portal/desktop");
-const QString appearanceNamespace = QStringLiteral("org.freedesktop.appearance");
-
-} // namespace
-
-/// A settings portal on a connection of its own.
-class SettingsPortal : public QObject {
-    Q_OBJECT
-    Q_CLASSINFO("D-Bus Interface", "org.freedesktop.portal.Settings")
-
-public:
-    SettingsPortal()
-        : m_bus(QDBusConnection::connectToBus(QDBusConnection::SessionBus, QStringLiteral("portal")))
-    {
-        m_bus.registerObject(path, this, QDBusConnection::ExportAllSlots);
-        m_bus.registerService(service);
-    }
-
-    ~SettingsPortal() override { QDBusConnection::disconnectFromBus(QStringLiteral("portal")); }
-
-    Q_DISABLE_COPY_MOVE(SettingsPortal)
-
-    void set(const QString &settingsNamespace, const QString &key, const QVariant &value)
-    {
-        m_settings[settingsNamespace][key] = value;
-        QDBusMessage message = QDBusMessage::createSignal(
-            path, QStringLiteral("org.freedesktop.portal.Settings"), QStringLiteral("SettingChanged"));
-        message << settingsNamespace << key << QVariant::fromValue(QDBusVariant(value));
-        m_bus.send(message);
-    }
-
-    void setAppearance(const QString &key, const QVariant &value) { set(appearanceNamespace, key, value); }
-
-public Q_SLOTS:
-
-    Settings ReadAll(const QStringList &namespaces)
-    {
-        Settings chosen;
-        for (const QString &name : namespaces) {
-            if (m_settings.contains(name)) {
-                chosen.insert(name, m_settings.value(name));
-            }
-        }
-        return chosen;
-    }
-
-private:
-    QDBusConnection m_bus;
-    Settings m_settings;
-};
-
 class AppearanceTest : public QObject {
     Q_OBJECT
 
@@ -104,11 +46,7 @@ private:
 
 private Q_SLOTS:
 
-    void initTestCase()
-    {
-        qDBusRegisterMetaType<Settings>();
-        qDBusRegisterMetaType<Accent>();
-    }
+    void initTestCase() { qDBusRegisterMetaType<Accent>(); }
 
     void init() { setPalette(Qt::white); }
 

@@ -130,6 +130,32 @@ QByteArray cmykJpeg()
         "s52wAB//2Q==");
 }
 
+/// One scan of the first coefficients of each block, of one bit each.
+QByteArray jpegScan(QSize size)
+{
+    constexpr int blockSide = 8;
+    constexpr int components = 4;
+    const qsizetype blocks =
+        qsizetype((size.width() + blockSide - 1) / blockSide) * ((size.height() + blockSide - 1) / blockSide);
+    return QByteArray::fromHex("ffda000e04 0100 0200 0300 0400 000000") +
+           QByteArray(blocks * components / 8 + 1, '\0');
+}
+
+/// A progressive JPEG of four colours, in their full size, which is all the same colour.
+QByteArray progressiveJpeg(QSize size, int scanCount = 1)
+{
+    QByteArray sides(4, Qt::Uninitialized);
+    qToBigEndian(quint16(size.height()), sides.data());
+    qToBigEndian(quint16(size.width()), sides.data() + 2);
+    const QByteArray quantization = QByteArray::fromHex("ffdb004300") + QByteArray(64, '\1');
+    const QByteArray frame =
+        QByteArray::fromHex("ffc2001408") + sides + QByteArray::fromHex("04 011100 021100 031100 041100");
+    // The only code is a zero bit for no difference from the block before.
+    const QByteArray huffman = QByteArray::fromHex("ffc4001400 01") + QByteArray(15, '\0') + '\0';
+    return QByteArray::fromHex("ffd8") + quantization + frame + huffman + jpegScan(size).repeated(scanCount) +
+           QByteArray::fromHex("ffd9");
+}
+
 } // namespace
 
 /// Images as an accident or a stranger leaves them: each has a thumbnail of its true pixels or none, soon and
@@ -204,6 +230,8 @@ private Q_SLOTS:
         QTest::newRow("larger") << testImages::interlacedBlackPng({7200, 7200}) << false;
         QTest::newRow("a large animation") << animatedWebp({7000, 7000}, {picture({64, 64})}) << true;
         QTest::newRow("a larger one") << animatedWebp({7200, 7200}, {picture({64, 64})}) << false;
+        QTest::newRow("a progressive photo for print") << progressiveJpeg({8192, 6144}) << true;
+        QTest::newRow("one with another row") << progressiveJpeg({8192, 6145}) << false;
     }
 
     void halfAGibibyteIsEnough()
@@ -219,6 +247,12 @@ private Q_SLOTS:
         QTEST(made.has_value(), "isShown");
         const auto grown = after.ru_maxrss - before.ru_maxrss; // KiB
         QVERIFY2(grown < qint64{512} * 1024, qPrintable(QString::number(grown)));
+    }
+
+    void aJpegOfTooManyScansIsNone()
+    {
+        QVERIFY(thumbnail(progressiveJpeg({16, 16}, 100)).has_value());
+        QVERIFY(!thumbnail(progressiveJpeg({16, 16}, 101)).has_value());
     }
 
     void aPngWithoutAPaletteIsNone()

@@ -43,6 +43,10 @@ void KConfigFileTest::readsAnEntry_data()
     QTest::newRow("immutable group") << QByteArray("[Save][$i]\nkey=a\n") << a;
     QTest::newRow("immutable key") << QByteArray("[Save]\nkey[$i]=a\n") << a;
     QTest::newRow("deleted") << QByteArray("[Save]\nkey=a\nkey[$d]\n key[$d]=\n") << QString();
+    QTest::newRow("deleted, then set") << QByteArray("[Save]\nkey[$d]\nkey=a\n") << a;
+    QTest::newRow("of immutable entries the first")
+        << QByteArray("[Save]\nkey=b\nkey[$i]=a\nkey=c\nkey[$d]\n") << a;
+    QTest::newRow("immutable file") << QByteArray("[$i]\n[Save]\nkey=a\n") << a;
     QTest::newRow("another language") << QByteArray("[Save]\nkey=a\nkey[de]=b\n") << a;
     QTest::newRow("UTF-8") << QByteArray("[Save]\nkey=Área\n") << QStringLiteral("Área");
     QTest::newRow("escapes") << QByteArray("[Save]\nkey=\\sa\\tb\\\\c\\x41\\n\n")

@@ -1,6 +1,9 @@
 #include "Popover.h"
 
+#include "Appearance.h"
+
 #include <QApplication>
+#include <QPaintEvent>
 #include <QPainterPath>
 #include <QTest>
 #include <QWidget>
@@ -110,6 +113,32 @@ private Q_SLOTS:
         m_view->installEventFilter(&watcher);
         m_view->become({260, 300});
         QTRY_COMPARE(watcher.seen, QSizeF(260, 302));
+    }
+
+    void itIsPaintedAsAWholeInAnotherLook()
+    {
+        class Watcher final : public QObject {
+        public:
+            bool eventFilter(QObject * /*watched*/, QEvent *event) override
+            {
+                if (event->type() == QEvent::Paint) {
+                    painted += static_cast<QPaintEvent *>(event)->region();
+                }
+                return false;
+            }
+
+            QRegion painted;
+        } watcher;
+
+        QWidget &window = *m_view->window();
+        window.installEventFilter(&watcher);
+        QTRY_COMPARE(watcher.painted, QRegion(window.rect()));
+        watcher.painted = {};
+        // What lies on the window paints itself.
+        QObject::connect(&Appearance::shared(), &Appearance::changed, m_view, qOverload<>(&QWidget::update));
+        Q_EMIT Appearance::shared().changed();
+        QTRY_VERIFY(!watcher.painted.isEmpty());
+        QCOMPARE(watcher.painted, QRegion(window.rect()));
     }
 
     void otherWindowsHaveNone()

@@ -166,9 +166,23 @@ private Q_SLOTS:
             QCOMPARE(output.lines(), QStringList{QStringLiteral("Failed to write preferences to ") + file()});
         }
         QCOMPARE(contents(file()), before);
+        QCOMPARE(m_defaults.integer(minutes), 60);
         QCOMPARE(::chmod(QFile::encodeName(folder()).constData(), 0700), 0);
-        m_defaults.setInteger(minutes, 10);
-        QCOMPARE(m_defaults.integer(minutes), 10);
+        m_defaults.setBoolean(QStringLiteral("autoCopyToClipboard"), true);
+        const QJsonObject stored = QJsonDocument::fromJson(contents(file())).object();
+        QCOMPARE(stored.value(minutes), QJsonValue(60));
+        QCOMPARE(stored.value(QStringLiteral("autoCopyToClipboard")), QJsonValue(true));
+    }
+
+    void aFifoInTheFilesPlaceIsNotWaitedFor()
+    {
+        QVERIFY(QDir().mkpath(folder()));
+        QCOMPARE(::mkfifo(QFile::encodeName(file()).constData(), 0600), 0);
+        QVERIFY(!m_defaults.contains(minutes));
+        const CapturedOutput output;
+        m_defaults.setInteger(minutes, 5);
+        QCOMPARE(output.lines(), QStringList{QStringLiteral("Failed to write preferences to ") + file()});
+        QVERIFY(!m_defaults.contains(minutes));
     }
 
     void threadsReadAndWriteAtOnce()

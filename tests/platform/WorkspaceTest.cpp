@@ -2,6 +2,8 @@
 
 #include "CapturedOutput.h"
 #include "PrivateBus.h"
+#include "RecordingFileManager.h"
+#include "RecordingPrograms.h"
 #include "TemporaryHome.h"
 #include "files.h"
 
@@ -85,92 +87,28 @@ private:
     QStringList m_opened;
 };
 
-/// A file manager on a connection of its own that records what it is asked to show.
-class FileManagerService final : public QDBusVirtualObject {
-    Q_OBJECT
-
-public:
-    enum class Manner { Shows, Refuses };
-
-    explicit FileManagerService(Manner manner)
-        : m_bus(QDBusConnection::connectToBus(QDBusConnection::SessionBus, QStringLiteral("files"))),
-          m_manner(manner)
-    {
-        m_bus.registerVirtualObject(QStringLiteral("/org/freedesktop/FileManager1"), this);
-        m_bus.registerService(QStringLiteral("org.freedesktop.FileManager1"));
-    }
-
-    ~FileManagerService() override { QDBusConnection::disconnectFromBus(QStringLiteral("files")); }
-
-    Q_DISABLE_COPY_MOVE(FileManagerService)
-
-    /// The method and the URIs that it was called with.
-    [[nodiscard]] QStringList shown() const { return m_shown; }
-
-    [[nodiscard]] bool hasAnswered() const { return m_hasAnswered; }
-
-    [[nodiscard]] QString introspect(const QString & /*path*/) const override { return {}; }
-
-    bool handleMessage(const QDBusMessage &message, const QDBusConnection & /*connection*/) override
-    {
-        // Not answered, as by every other service, if the types are wrong.
-        if (message.signature() != QLatin1String("ass")) {
-            return false;
-        }
-        m_shown = QStringList(message.member()) + message.arguments().constFirst().toStringList();
-        m_hasAnswered = m_bus.send(
-            m_manner == Manner::Shows ? message.createReply()
-                                      : message.createErrorReply(QDBusError::Failed, QStringLiteral("No")));
-        return true;
-    }
-
-private:
-    QDBusConnection m_bus;
-    Manner m_manner;
-    QStringList m_shown;
-    bool m_hasAnswered = false;
-};
-
 class WorkspaceTest : public QObject {
     Q_OBJECT
 
 private:
-    [[nodiscard]] QString bin() const { return m_home.path() + QStringLiteral("/bin"); }
+    [[nodiscard]] QByteArray started() const { return m_programs->started(); }
 
-    [[nodiscard]] QString log() const { return m_home.path() + QStringLiteral("/started"); }
-
-    /// The programs that were started, with an argument to a line each.
-    [[nodiscard]] QByteArray started() const
-    {
-        QFile file(log());
-        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-    }
-
-    /// A program on the search path that lists `pages` when it is asked for them, and else writes down how it
-    /// was started.
     void install(const QString &name, const QByteArray &pages = QByteArrayLiteral("exit 1")) const
     {
-        const QByteArray log = this->log().toUtf8();
-        files::write(
-            bin() + u'/' + name, "#!/bin/sh\nif [ \"$1\" = --list ]; then\n" + pages +
-                                     "\nexit\nfi\nprintf '%s|' \"${0##*/}\" \"$@\" > " + log +
-                                     ".new\necho >> " + log + ".new\n/bin/mv " + log + ".new " + log + "\n");
-        QVERIFY(QFile::setPermissions(
-            bin() + u'/' + name, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner));
+        m_programs->install(name, pages);
     }
 
     TemporaryHome m_home;
+    std::unique_ptr<RecordingPrograms> m_programs;
 
 private Q_SLOTS:
 
     void init()
     {
-        QDir(bin()).removeRecursively();
-        files::makeFolder(bin());
-        qputenv("PATH", bin().toUtf8());
+        m_programs.reset();
+        m_programs = std::make_unique<RecordingPrograms>(m_home.path());
         qunsetenv("XDG_CURRENT_DESKTOP");
         qunsetenv("FLATPAK_ID");
-        QFile::remove(log());
         Workspace::shared().setOwnSettings(nullptr);
     }
 
@@ -322,7 +260,7 @@ private Q_SLOTS:
     void aSettingsProgramThatCantStartPrintsOneLine()
     {
         qputenv("XDG_CURRENT_DESKTOP", "GNOME");
-        const QString program = bin() + QStringLiteral("/gnome-control-center");
+        const QString program = m_programs->folder() + QStringLiteral("/gnome-control-center");
         files::write(program, "#!/no/such/interpreter\n");
         QVERIFY(QFile::setPermissions(program, QFile::ReadOwner | QFile::ExeOwner));
         const CapturedOutput output;
@@ -408,7 +346,7 @@ private Q_SLOTS:
     void theFileManagerSelectsTheFiles()
     {
         install(QStringLiteral("xdg-open"));
-        const FileManagerService fileManager(FileManagerService::Manner::Shows);
+        const RecordingFileManager fileManager(RecordingFileManager::Manner::Shows);
         const CapturedOutput output;
         QVERIFY(Workspace::shared().activateFileViewerSelecting(hostileFiles()));
         QVERIFY2(fileManager.shown().isEmpty(), "the answer isn't waited for");
@@ -435,8 +373,8 @@ private Q_SLOTS:
     {
         QFETCH(const bool, isThere);
         install(QStringLiteral("xdg-open"));
-        const std::unique_ptr<FileManagerService> fileManager =
-            isThere ? std::make_unique<FileManagerService>(FileManagerService::Manner::Refuses) : nullptr;
+        const std::unique_ptr<RecordingFileManager> fileManager =
+            isThere ? std::make_unique<RecordingFileManager>(RecordingFileManager::Manner::Refuses) : nullptr;
         const CapturedOutput output;
         QVERIFY(Workspace::shared().activateFileViewerSelecting({hostileFiles().constFirst()}));
         QTRY_COMPARE(started(), QByteArray("xdg-open|file:///srv/shots|\n"));
@@ -459,7 +397,7 @@ private Q_SLOTS:
     {
         qputenv("FLATPAK_ID", "org.deskbroom.Deskbroom");
         install(QStringLiteral("xdg-open"));
-        const FileManagerService fileManager(FileManagerService::Manner::Shows);
+        const RecordingFileManager fileManager(RecordingFileManager::Manner::Shows);
         const OpenUriPortal portal(OpenUriPortal::Manner::Accepts);
         const CapturedOutput output;
         const QString file = m_home.path() + QStringLiteral("/-a %\n#.png");
@@ -480,7 +418,7 @@ private Q_SLOTS:
 
     void onlyFilesOfThisMachineAreShown()
     {
-        const FileManagerService fileManager(FileManagerService::Manner::Shows);
+        const RecordingFileManager fileManager(RecordingFileManager::Manner::Shows);
         const CapturedOutput output;
         QVERIFY(!Workspace::shared().activateFileViewerSelecting({}));
         QVERIFY(output.lines().isEmpty());
@@ -497,12 +435,12 @@ private Q_SLOTS:
 
     void whatIsStartedIsNotToldOfOurOwnStart()
     {
+        const QByteArray log = m_programs->log().toUtf8();
         files::write(
-            bin() + QStringLiteral("/xdg-open"), "#!/bin/sh\n/usr/bin/env > " + log().toUtf8() +
-                                                     ".new\n/bin/mv " + log().toUtf8() + ".new " +
-                                                     log().toUtf8() + "\n");
-        QVERIFY(
-            QFile::setPermissions(bin() + QStringLiteral("/xdg-open"), QFile::ReadOwner | QFile::ExeOwner));
+            m_programs->folder() + QStringLiteral("/xdg-open"),
+            "#!/bin/sh\n/usr/bin/env > " + log + ".new\n/bin/mv " + log + ".new " + log + "\n");
+        QVERIFY(QFile::setPermissions(
+            m_programs->folder() + QStringLiteral("/xdg-open"), QFile::ReadOwner | QFile::ExeOwner));
         qputenv("DESKTOP_STARTUP_ID", "ours_TIME1");
         qputenv("XDG_ACTIVATION_TOKEN", "ours");
         QVERIFY(Workspace::shared().open(hostileFiles().constFirst()));

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "ScreenshotSaving.h"
+
 #include <QLatin1String>
 #include <QString>
 
@@ -16,12 +18,20 @@ struct CaptureTool {
     /// can't be a folder here.
     using FolderFunction = std::optional<QString> (*)();
 
+    /// What it does with a new screenshot, from what can be known without asking another process.
+    using SavingFunction = ScreenshotSaving (*)();
+
     QLatin1String name;
     /// The desktops whose own tool it is, as `XDG_CURRENT_DESKTOP` names them, with colons between; empty for
     /// a tool that belongs to none.
     QLatin1String desktops;
     MissingFolder missingFolder = MissingFolder::StaysMissing;
     FolderFunction folder = nullptr;
+    /// Null for a tool that belongs to no desktop: nothing tells whether it is the one in use.
+    SavingFunction saving = nullptr;
+
+    /// Whether it is the own tool of a desktop with that name, in whatever case.
+    [[nodiscard]] bool isOwnOf(QStringView desktop) const;
 };
 
 /// The tools that come with a desktop. Where a desktop has several, which are generations of one tool, the

@@ -222,6 +222,16 @@ QUrl FolderDialog::selectedFolder() const
     return isFolder(url) ? url : QUrl();
 }
 
+/// The toolkit (6.4) misses which window becomes the active one while such a list is open: the next one would
+/// be without the keyboard.
+void FolderDialog::hideCompletions()
+{
+    const auto *const path = findChild<QLineEdit *>(QStringLiteral("fileNameEdit"));
+    if (path != nullptr && path->completer() != nullptr) {
+        path->completer()->popup()->hide();
+    }
+}
+
 void FolderDialog::accept()
 {
     if (m_look == Look::Widgets && selectedFolder().isEmpty()) {
@@ -232,5 +242,6 @@ void FolderDialog::accept()
         }
         return;
     }
+    hideCompletions();
     QFileDialog::accept();
 }

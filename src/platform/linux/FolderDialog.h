@@ -40,6 +40,7 @@ private:
     enum class Look { Native, Widgets };
 
     [[nodiscard]] QUrl selectedFolder() const;
+    void hideCompletions();
     void layOut(const QString &message);
     void showFoldersOnly();
     void takeColors();

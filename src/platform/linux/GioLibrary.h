@@ -8,7 +8,7 @@
 #include <expected>
 
 // As GLib declares them, so that its headers stay in one file.
-using GError = struct _GError; // NOLINT(bugprone-reserved-identifier,cert-dcl37-c,cert-dcl51-cpp)
+using GError = struct _GError;
 
 /// The Trash as GIO knows it: the home Trash, other volumes' Trash, the Trash portal in a sandbox.
 ///

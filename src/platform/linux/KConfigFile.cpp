@@ -1,6 +1,9 @@
 #include "KConfigFile.h"
 
+#include "kconfigText.h"
 #include "settingsFile.h"
+
+#include <QStandardPaths>
 
 #include <algorithm>
 
@@ -84,47 +87,46 @@ QString expanded(const QString &text)
     return result;
 }
 
-/// What stands behind an entry's key: `[$…]` with a letter for each option.
-struct Options {
-    bool isExpanded = false;
-    bool isDeleted = false;
-};
-
-/// Empty if the entry has another key, or is the key's value in a certain language.
-std::optional<Options> optionsOf(QByteArrayView entry, QByteArrayView key)
+QByteArray headerOf(const QStringList &groups)
 {
-    if (!entry.startsWith(key)) {
+    QByteArray header;
+    for (const QString &group : groups) {
+        header += '[' + group.toUtf8() + ']';
+    }
+    return header;
+}
+
+/// Empty where the entry is missing or deleted.
+std::optional<QString> valueOf(const std::optional<kconfigText::Line> &entry)
+{
+    if (!entry || entry->options.contains('d')) {
         return std::nullopt;
     }
-    const QByteArrayView suffix = entry.sliced(key.size());
-    if (suffix.isEmpty()) {
-        return Options();
-    }
-    if (!suffix.startsWith("[$") || !suffix.endsWith(']')) {
-        return std::nullopt;
-    }
-    return Options{.isExpanded = suffix.contains('e'), .isDeleted = suffix.contains('d')};
+    const QString text = QString::fromUtf8(unescaped(entry->value));
+    return entry->options.contains('e') ? expanded(text) : text;
 }
 
 } // namespace
 
 std::optional<QString> readKConfigEntry(const QString &path, const QStringList &groups, const QString &key)
 {
-    QByteArray header;
-    for (const QString &group : groups) {
-        header += '[' + group.toUtf8() + ']';
-    }
-    const QByteArray wanted = key.toUtf8();
-    std::optional<QString> entry;
     const QByteArray contents = settingsFile::contents(path);
-    settingsFile::visitEntries(contents, header, [&](QByteArrayView name, QByteArrayView value) {
-        const auto options = optionsOf(name, wanted);
-        if (!options) {
-            return;
+    return valueOf(kconfigText::find(contents, headerOf(groups), key.toUtf8()).entry);
+}
+
+KConfigEntry readCascadedKConfigEntry(const QString &fileName, const QStringList &groups, const QString &key)
+{
+    const QByteArray header = headerOf(groups);
+    const QByteArray wanted = key.toUtf8();
+    const QStringList folders = QStandardPaths::standardLocations(QStandardPaths::GenericConfigLocation);
+    KConfigEntry entry;
+    for (auto folder = folders.crbegin(); folder != folders.crend() && !entry.isImmutable; ++folder) {
+        const QByteArray contents = settingsFile::contents(*folder + u'/' + fileName);
+        const auto found = kconfigText::find(contents, header, wanted);
+        if (found.entry) {
+            entry.value = valueOf(found.entry);
         }
-        const QString text = QString::fromUtf8(unescaped(value));
-        entry =
-            options->isDeleted ? std::nullopt : std::optional(options->isExpanded ? expanded(text) : text);
-    });
+        entry.isImmutable = found.isImmutable;
+    }
     return entry;
 }

@@ -15,3 +15,17 @@
 /// file or entry, if it is marked as deleted, or if there is only a translated one (`key[de]=`). Any thread.
 [[nodiscard]] std::optional<QString>
 readKConfigEntry(const QString &path, const QStringList &groups, const QString &key);
+
+/// An entry as all files of a name together give it.
+struct KConfigEntry {
+    std::optional<QString> value;
+    /// Whether one of the files forbids that it is changed ("kiosk": `[$i]` behind the entry or its group, or
+    /// alone in a line).
+    bool isImmutable = false;
+};
+
+/// The same in the order in which KDE's programs take their settings together: an entry of the file in
+/// `$XDG_CONFIG_HOME` goes before those of the folders in `$XDG_CONFIG_DIRS`, earlier ones of these before
+/// later ones. What a file marks as immutable is never taken from a file that goes before it.
+[[nodiscard]] KConfigEntry
+readCascadedKConfigEntry(const QString &fileName, const QStringList &groups, const QString &key);

@@ -91,6 +91,7 @@ void NotificationServer::serverChanged(const QString &owner)
     if (m_server && m_server->address != owner) {
         m_server.reset();
     }
+    Q_EMIT availabilityChanged();
 }
 
 void NotificationServer::show(const UserNotificationRequest &request, Shown done)

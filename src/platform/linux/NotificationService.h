@@ -33,4 +33,7 @@ public:
 Q_SIGNALS:
     /// The user has clicked the notification that this request showed, and it is gone. Once for each.
     void clicked(const UserNotificationRequest &request);
+
+    /// Whoever shows notifications has come, gone, or given way to another one.
+    void availabilityChanged();
 };

@@ -43,6 +43,7 @@ PopoverWindow::PopoverWindow(
     connect(&m_fading, &QVariantAnimation::valueChanged, this, [this](const QVariant &value) {
         setWindowOpacity(value.toReal());
     });
+    connect(&Appearance::shared(), &Appearance::changed, this, qOverload<>(&QWidget::update));
     place();
 }
 

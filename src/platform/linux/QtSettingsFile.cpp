@@ -1,5 +1,6 @@
 #include "QtSettingsFile.h"
 
+#include "FunctionRef.h"
 #include "escapedCharacter.h"
 #include "settingsFile.h"
 
@@ -40,6 +41,30 @@ QString textOf(const QString &value)
     return text;
 }
 
+/// Hands over what stands left and right of the first `=` of each entry in the group below a line that is
+/// `header`, in their order and without the blanks around them. Comments (`#`, `;`) and other lines are
+/// passed over.
+void visitEntries(
+    QByteArrayView contents, QByteArrayView header,
+    FunctionRef<void(QByteArrayView key, QByteArrayView value)> visitor)
+{
+    bool isInGroup = false;
+    for (qsizetype begin = 0; begin < contents.size();) {
+        const qsizetype found = contents.indexOf('\n', begin);
+        const qsizetype end = found < 0 ? contents.size() : found;
+        const QByteArrayView line = contents.sliced(begin, end - begin).trimmed();
+        begin = end + 1;
+        if (line.startsWith('[')) {
+            isInGroup = line == header;
+            continue;
+        }
+        const qsizetype equals = line.indexOf('=');
+        if (isInGroup && equals > 0 && !line.startsWith('#') && !line.startsWith(';')) {
+            visitor(line.first(equals).trimmed(), line.sliced(equals + 1).trimmed());
+        }
+    }
+}
+
 } // namespace
 
 std::optional<QString> readQtSettingsEntry(const QString &path, const QString &group, const QString &key)
@@ -48,7 +73,7 @@ std::optional<QString> readQtSettingsEntry(const QString &path, const QString &g
     const QByteArray wanted = key.toLatin1();
     std::optional<QString> entry;
     const QByteArray contents = settingsFile::contents(path);
-    settingsFile::visitEntries(contents, header, [&](QByteArrayView name, QByteArrayView value) {
+    visitEntries(contents, header, [&](QByteArrayView name, QByteArrayView value) {
         if (name == wanted) {
             entry = textOf(QString::fromUtf8(value));
         }

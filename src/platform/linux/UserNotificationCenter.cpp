@@ -33,6 +33,9 @@ void UserNotificationCenter::setService(std::unique_ptr<NotificationService> ser
 {
     m_service = std::move(service);
     connect(m_service.get(), &NotificationService::clicked, this, &UserNotificationCenter::tellDelegate);
+    connect(
+        m_service.get(), &NotificationService::availabilityChanged, this,
+        &UserNotificationCenter::authorizationMayHaveChanged);
 }
 
 NotificationService &UserNotificationCenter::service()

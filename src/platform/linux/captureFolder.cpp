@@ -43,16 +43,6 @@ std::optional<QString> usable(const CaptureTool &tool, const QString &path)
     return isUsable ? std::optional(path) : std::nullopt;
 }
 
-bool isOwnOf(const CaptureTool &tool, QStringView desktop)
-{
-    for (const QLatin1String own : tool.desktops.tokenize(u':')) {
-        if (desktop.compare(own, Qt::CaseInsensitive) == 0) {
-            return true;
-        }
-    }
-    return false;
-}
-
 std::optional<QString> folderOfStandaloneTool()
 {
     for (const CaptureTool &tool : standaloneCaptureTools()) {
@@ -71,7 +61,7 @@ std::optional<QString> captureFolder()
     for (const QString &desktop : currentDesktops()) {
         bool hasTool = false;
         for (const CaptureTool &tool : desktopCaptureTools()) {
-            if (!isOwnOf(tool, desktop)) {
+            if (!tool.isOwnOf(desktop)) {
                 continue;
             }
             hasTool = true;

@@ -14,6 +14,11 @@
 
 namespace {
 
+template <ScreenshotSaving saving> ScreenshotSaving always()
+{
+    return saving;
+}
+
 /// The Pictures folder as GLib's programs find it: without an entry there is none, and they take the home
 /// folder.
 QString picturesOrHome()
@@ -111,14 +116,38 @@ std::optional<QString> screengrabFolder()
     return chosen ? chosen : QDir::homePath();
 }
 
+/// `autoSave` in screengrab's `src/core/config.cpp`; without it, it shows its window.
+ScreenshotSaving screengrabSaving()
+{
+    const auto autoSave = readQtSettingsEntry(
+        configurationFolder() + QStringLiteral("/screengrab/screengrab.conf"), QStringLiteral("Base"),
+        QStringLiteral("autoSave"));
+    return autoSave == QStringLiteral("true") ? ScreenshotSaving::AtOnce : ScreenshotSaving::OnRequest;
+}
+
+/// Without blanks.
+QByteArray cosmicSettings()
+{
+    return settingsFile::contents(
+               configurationFolder() + QStringLiteral("/cosmic/com.system76.CosmicPortal/v1/screenshot"))
+        .simplified()
+        .replace(' ', QByteArray());
+}
+
+bool isCosmicCopying(const QByteArray &settings)
+{
+    return settings.contains("save_location:Clipboard");
+}
+
+ScreenshotSaving cosmicSaving()
+{
+    return isCosmicCopying(cosmicSettings()) ? ScreenshotSaving::OnRequest : ScreenshotSaving::AtOnce;
+}
+
 std::optional<QString> cosmicFolder()
 {
-    const QByteArray settings =
-        settingsFile::contents(
-            configurationFolder() + QStringLiteral("/cosmic/com.system76.CosmicPortal/v1/screenshot"))
-            .simplified()
-            .replace(' ', QByteArray());
-    if (settings.contains("save_location:Clipboard")) {
+    const QByteArray settings = cosmicSettings();
+    if (isCosmicCopying(settings)) {
         return std::nullopt;
     }
     if (settings.contains("save_location:Documents")) {
@@ -153,23 +182,37 @@ std::optional<QString> deepinFolder()
     return std::nullopt;
 }
 
+/// It asks each time, and copies, unless both are set otherwise.
+ScreenshotSaving deepinSaving()
+{
+    const bool hasFixedTarget = deepinEntry(QStringLiteral("save_ways")) == QStringLiteral("1");
+    const QString target = deepinEntry(QStringLiteral("save_op")).value_or(QStringLiteral("0"));
+    return hasFixedTarget && target != u"0" ? ScreenshotSaving::AtOnce : ScreenshotSaving::OnRequest;
+}
+
 } // namespace
 
 std::span<const CaptureTool> desktopCaptureTools()
 {
     using enum CaptureTool::MissingFolder;
+    using enum ScreenshotSaving;
     static constexpr CaptureTool tools[] = {
-        {QLatin1String("GNOME Shell"), QLatin1String("GNOME:Unity:Budgie"), IsMade, gnomeShellFolder},
-        {QLatin1String("Spectacle"), QLatin1String("KDE"), IsMade, spectacleFolder},
-        {QLatin1String("Spectacle before 24.02"), QLatin1String("KDE"), StaysMissing, earlierSpectacleFolder},
-        {QLatin1String("xfce4-screenshooter"), QLatin1String("XFCE"), StaysMissing, xfceScreenshooterFolder},
-        {QLatin1String("mate-screenshot"), QLatin1String("MATE"), StaysMissing, mateScreenshotFolder},
+        {QLatin1String("GNOME Shell"), QLatin1String("GNOME:Unity:Budgie"), IsMade, gnomeShellFolder,
+         always<AtOnce>},
+        {screenshotTools::spectacle, QLatin1String("KDE"), IsMade, spectacleFolder, always<AfterPreview>},
+        {QLatin1String("Spectacle before 24.02"), QLatin1String("KDE"), StaysMissing, earlierSpectacleFolder,
+         always<AfterPreview>},
+        {screenshotTools::xfce, QLatin1String("XFCE"), StaysMissing, xfceScreenshooterFolder,
+         always<OnRequest>},
+        {screenshotTools::mate, QLatin1String("MATE"), StaysMissing, mateScreenshotFolder, always<OnRequest>},
         {QLatin1String("gnome-screenshot"), QLatin1String("X-Cinnamon:Cinnamon"), StaysMissing,
-         gnomeScreenshotFolder},
-        {QLatin1String("screengrab"), QLatin1String("LXQt"), StaysMissing, screengrabFolder},
-        {QLatin1String("elementary Screenshot"), QLatin1String("Pantheon"), IsMade, elementaryFolder},
-        {QLatin1String("COSMIC Screenshot"), QLatin1String("COSMIC"), IsMade, cosmicFolder},
-        {QLatin1String("deepin-screen-recorder"), QLatin1String("Deepin:DDE"), IsMade, deepinFolder},
+         gnomeScreenshotFolder, always<AtOnce>},
+        {QLatin1String("screengrab"), QLatin1String("LXQt"), StaysMissing, screengrabFolder,
+         screengrabSaving},
+        {screenshotTools::elementary, QLatin1String("Pantheon"), IsMade, elementaryFolder, always<OnRequest>},
+        {QLatin1String("COSMIC Screenshot"), QLatin1String("COSMIC"), IsMade, cosmicFolder, cosmicSaving},
+        {QLatin1String("deepin-screen-recorder"), QLatin1String("Deepin:DDE"), IsMade, deepinFolder,
+         deepinSaving},
     };
     return tools;
 }

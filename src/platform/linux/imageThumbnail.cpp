@@ -28,11 +28,11 @@ void raiseAllocationLimit()
 
 /// A decoder may hold the pixels twice, or for a rotated image once more: with half a GiB for one thumbnail
 /// it ends. JPEG is decoded at a fraction of its size, but a progressive one holds all of its coefficients:
-/// two bytes each, three for a pixel at most.
+/// two bytes each, and four of them for a pixel in the colours of print.
 bool isDecodedInLittleMemory(const QImageReader &reader, ImageFormat format)
 {
     constexpr qint64 mostBytes = 192 * mebibyte;
-    constexpr qint64 mostJpegPixels = qint64(1) << 26;
+    constexpr qint64 mostJpegPixels = qint64(3) << 24; // of 8 bytes: 384 MiB
     const QSize size = reader.size();
     const qint64 pixels = qint64(size.width()) * size.height();
     if (format == ImageFormat::Jpeg) {

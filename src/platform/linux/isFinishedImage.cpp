@@ -89,10 +89,16 @@ bool isFinishedPng(int descriptor, off_t fileSize)
 
 /// Walks the segments and the entropy-coded data between them to EOI. An embedded thumbnail has an EOI too,
 /// inside a segment that is jumped over; what may follow EOI in the file doesn't matter.
+///
+/// A progressive image comes in about ten scans. Each takes a decoder the time of the whole image, however
+/// few bytes it has (libjpeg-turbo.org, "Two Issues with the JPEG Standard").
 bool isFinishedJpeg(int descriptor)
 {
     constexpr uchar markerPrefix = 0xFF;
     constexpr uchar endOfImage = 0xD9;
+    constexpr uchar startOfScan = 0xDA;
+    constexpr int mostScans = 100;
+    int scans = 0;
     ByteReader bytes(descriptor, 2);
     while (bytes.skipBehind(markerPrefix)) {
         auto code = bytes.next();
@@ -101,6 +107,9 @@ bool isFinishedJpeg(int descriptor)
         }
         if (code == endOfImage) {
             return true;
+        }
+        if (code == startOfScan && ++scans > mostScans) {
+            return false;
         }
         // A data byte 0xFF is followed by a zero; TEM and RST0 to RST7 stand alone.
         const bool standsAlone = !code || *code <= 0x01 || (*code >= 0xD0 && *code <= 0xD7);

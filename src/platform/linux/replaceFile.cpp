@@ -10,15 +10,20 @@
 
 namespace {
 
-bool makeFolder(const QByteArray &path)
+/// Another thread or program may be making the same folder.
+bool isFolderMade(const QByteArray &path)
 {
     constexpr mode_t ownerOnly = 0700;
-    if (::mkdir(path.constData(), ownerOnly) == 0 || errno == EEXIST) {
+    return ::mkdir(path.constData(), ownerOnly) == 0 || errno == EEXIST;
+}
+
+bool makeFolder(const QByteArray &path)
+{
+    if (isFolderMade(path)) {
         return true;
     }
     const qsizetype slash = path.lastIndexOf('/');
-    return errno == ENOENT && slash > 0 && makeFolder(path.first(slash)) &&
-           ::mkdir(path.constData(), ownerOnly) == 0;
+    return errno == ENOENT && slash > 0 && makeFolder(path.first(slash)) && isFolderMade(path);
 }
 
 bool write(int descriptor, QByteArrayView bytes)
@@ -34,9 +39,23 @@ bool write(int descriptor, QByteArrayView bytes)
     return true;
 }
 
+bool finish(int descriptor, const FileReplacement &replacement)
+{
+    const bool hasMode =
+        replacement.mode == FileReplacement::ownerOnly || ::fchmod(descriptor, replacement.mode) == 0;
+    return hasMode &&
+           (replacement.durability == FileReplacement::Durability::MayBeLost || ::fsync(descriptor) == 0);
+}
+
+std::unexpected<Error> failure(int errorNumber)
+{
+    return std::unexpected(Error::fromErrno(errorNumber, Error::FileWriteUnknown));
+}
+
 } // namespace
 
-bool replaceFile(const QByteArray &path, const QByteArray &contents)
+Result<void>
+replaceFile(const QByteArray &path, const QByteArray &contents, const FileReplacement &replacement)
 {
     const QByteArray nameTemplate = QByteArray(path).append(".XXXXXX");
     QByteArray temporary = nameTemplate;
@@ -46,11 +65,13 @@ bool replaceFile(const QByteArray &path, const QByteArray &contents)
         file = FileDescriptor(::mkostemp(temporary.data(), O_CLOEXEC));
     }
     if (!file.isValid()) {
-        return false;
+        return failure(errno);
     }
-    if (write(file.get(), contents) && ::rename(temporary.constData(), path.constData()) == 0) {
-        return true;
+    if (write(file.get(), contents) && finish(file.get(), replacement) &&
+        ::rename(temporary.constData(), path.constData()) == 0) {
+        return {};
     }
+    const int errorNumber = errno;
     ::unlink(temporary.constData());
-    return false;
+    return failure(errorNumber);
 }

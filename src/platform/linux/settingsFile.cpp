@@ -9,28 +9,30 @@ namespace {
 
 constexpr qint64 largestSize = 1 << 20;
 
-bool isHeaderOf(QByteArrayView line, QByteArrayView header)
+std::unexpected<Error> failure(int errorNumber)
 {
-    if (!line.startsWith(header)) {
-        return false;
-    }
-    const QByteArrayView rest = line.sliced(header.size());
-    return rest.isEmpty() || rest.startsWith("[$");
+    return std::unexpected(Error::fromErrno(errorNumber, Error::FileReadUnknown));
 }
 
 } // namespace
 
-QByteArray settingsFile::contents(const QString &path)
+Result<QByteArray> settingsFile::read(const QByteArray &path)
 {
     // Not QFile: its engine alone costs more than this read.
-    const FileDescriptor file(
-        ::open(nativePath(path).constData(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY));
-    if (!file.isValid()) {
-        return {};
-    }
+    const FileDescriptor file(::open(path.constData(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY));
     struct stat status = {};
-    if (::fstat(file.get(), &status) != 0 || !S_ISREG(status.st_mode) || status.st_size > largestSize) {
-        return {};
+    if (!file.isValid() || ::fstat(file.get(), &status) != 0) {
+        return failure(errno);
+    }
+    if (!S_ISREG(status.st_mode)) {
+        return std::unexpected(Error{
+            .domain = Error::cocoaDomain,
+            .code = Error::FileReadUnknown,
+            .localizedDescription = QStringLiteral("Not a regular file"),
+        });
+    }
+    if (status.st_size > largestSize) {
+        return failure(EFBIG);
     }
     QByteArray bytes(qsizetype(status.st_size), Qt::Uninitialized);
     qsizetype length = 0;
@@ -39,7 +41,10 @@ QByteArray settingsFile::contents(const QString &path)
         if (count < 0 && errno == EINTR) {
             continue;
         }
-        if (count <= 0) {
+        if (count < 0) {
+            return failure(errno);
+        }
+        if (count == 0) {
             break;
         }
         length += count;
@@ -48,21 +53,7 @@ QByteArray settingsFile::contents(const QString &path)
     return bytes;
 }
 
-void settingsFile::visitEntries(QByteArrayView contents, QByteArrayView header, EntryVisitor visitor)
+QByteArray settingsFile::contents(const QString &path)
 {
-    bool isInGroup = header.isEmpty();
-    for (qsizetype begin = 0; begin < contents.size();) {
-        const qsizetype found = contents.indexOf('\n', begin);
-        const qsizetype end = found < 0 ? contents.size() : found;
-        const QByteArrayView line = contents.sliced(begin, end - begin).trimmed();
-        begin = end + 1;
-        if (line.startsWith('[')) {
-            isInGroup = !header.isEmpty() && isHeaderOf(line, header);
-            continue;
-        }
-        const qsizetype equals = line.indexOf('=');
-        if (isInGroup && equals > 0 && !line.startsWith('#') && !line.startsWith(';')) {
-            visitor(line.first(equals).trimmed(), line.sliced(equals + 1).trimmed());
-        }
-    }
+    return read(nativePath(path)).value_or(QByteArray());
 }

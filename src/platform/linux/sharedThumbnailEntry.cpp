@@ -12,6 +12,7 @@
 #include <algorithm>
 #include <chrono>
 #include <cstdlib>
+#include <tuple>
 
 namespace {
 
@@ -97,7 +98,8 @@ void sharedThumbnailEntry::write(
     const QByteArray &path, const QImage &thumbnail, const Subject &subject,
     const ImageProperties &properties)
 {
-    replaceFile(
+    // Where the cache can't be written, nothing is said.
+    std::ignore = replaceFile(
         path, encodedPng(
                   thumbnail, {
                                  {"Thumb::URI", subject.uri},

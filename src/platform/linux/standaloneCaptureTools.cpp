@@ -57,7 +57,7 @@ std::span<const CaptureTool> standaloneCaptureTools()
         {QLatin1String("grimblast, grimshot"), {}, StaysMissing, folderInEnvironment<screenshotsVariable>},
         {QLatin1String("grim"), {}, StaysMissing, folderInEnvironment<grimVariable>},
         {QLatin1String("hyprshot"), {}, StaysMissing, folderInEnvironment<hyprshotVariable>},
-        {QLatin1String("Flameshot"), {}, StaysMissing, flameshotFolder},
+        {screenshotTools::flameshot, {}, StaysMissing, flameshotFolder},
         {QLatin1String("ksnip"), {}, StaysMissing, ksnipFolder},
         {QLatin1String("Shutter"), {}, StaysMissing, shutterFolder},
         {QLatin1String("screengrab"), {}, StaysMissing, screengrabSetting},
