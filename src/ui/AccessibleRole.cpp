@@ -1,7 +1,7 @@
 #include "AccessibleRole.h"
 
+#include <QAbstractButton>
 #include <QAccessibleWidget>
-#include <QWidget>
 
 namespace {
 
@@ -15,8 +15,37 @@ public:
     {
         QAccessible::State state = QAccessibleWidget::state();
         state.modal = role() == QAccessible::Dialog;
+        state.hasPopup = role() == QAccessible::ButtonMenu;
+        if (const QAbstractButton *const button = asButton(); button != nullptr && button->isCheckable()) {
+            const bool isItem = role() == QAccessible::ListItem;
+            state.selectable = isItem;
+            state.selected = isItem && button->isChecked();
+            state.checkable = !isItem;
+            state.checked = !isItem && button->isChecked();
+        }
         return state;
     }
+
+    [[nodiscard]] QStringList actionNames() const override
+    {
+        QStringList names = QAccessibleWidget::actionNames();
+        if (asButton() != nullptr && widget()->isEnabled()) {
+            names.prepend(pressAction());
+        }
+        return names;
+    }
+
+    void doAction(const QString &actionName) override
+    {
+        if (QAbstractButton *const button = asButton(); button != nullptr && actionName == pressAction()) {
+            button->click();
+        } else {
+            QAccessibleWidget::doAction(actionName);
+        }
+    }
+
+private:
+    [[nodiscard]] QAbstractButton *asButton() const { return qobject_cast<QAbstractButton *>(widget()); }
 };
 
 QAccessibleInterface *createWithRole(const QString & /*className*/, QObject *object)

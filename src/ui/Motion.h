@@ -13,8 +13,16 @@ namespace Motion {
 
 enum class Kind { Fade, Movement };
 
-/// Calls `step` with 0 now and then with what grows to 1 over the duration (ease-out), on the main thread. It
-/// ends with 1, or early and silently with `owner`.
+/// How the way is spread over the time. A linear one is for callers that have a curve of their own.
+enum class Curve { EaseOut, EaseInOut, Linear };
+
+/// Calls `step` with 0 now and then with what grows to 1 over the duration, on the main thread. It ends with
+/// 1, or early and silently with `owner`.
+void run(
+    QObject &owner, std::chrono::milliseconds duration, Kind kind, Curve curve,
+    std::function<void(qreal)> step);
+
+/// The same with ease-out, as most things move.
 void run(QObject &owner, std::chrono::milliseconds duration, Kind kind, std::function<void(qreal)> step);
 
 /// What the desktop asks for.

@@ -6,6 +6,7 @@
 #include "Theme.h"
 #include "Typography.h"
 #include "continuousRoundedRect.h"
+#include "processMemory.h"
 
 #include <QActionEvent>
 #include <QCommonStyle>
@@ -15,6 +16,7 @@
 #include <QStyleOptionMenuItem>
 
 #include <algorithm>
+#include <chrono>
 
 namespace {
 
@@ -93,11 +95,6 @@ void paintCheckMark(QPainter &painter, const QPointF &centre, const QColor &colo
     painter.drawPolyline(mark);
 }
 
-QPointF snappedToPixels(const QPointF &point, qreal devicePixelRatio)
-{
-    return QPointF((point * devicePixelRatio).toPoint()) / devicePixelRatio;
-}
-
 /// A hairline of half a point, or a pixel where that is more.
 void paintSeparator(QPainter &painter, const QRect &row)
 {
@@ -108,6 +105,24 @@ void paintSeparator(QPainter &painter, const QRect &row)
             row.left() + leftPadding, row.top() + (separatorHeight - 1) / 2.0, row.width() - 2 * leftPadding,
             thickness),
         Theme::current().separator);
+}
+
+/// The arrow key that leads into the menu where this key goes: to its first row or to its last.
+std::optional<Qt::Key> stepToEnd(const QKeyEvent &event)
+{
+    if ((event.modifiers() & ~Qt::KeypadModifier) != Qt::NoModifier) {
+        return std::nullopt;
+    }
+    switch (event.key()) {
+    case Qt::Key_Home:
+    case Qt::Key_PageUp:
+        return Qt::Key_Down;
+    case Qt::Key_End:
+    case Qt::Key_PageDown:
+        return Qt::Key_Up;
+    default:
+        return std::nullopt;
+    }
 }
 
 /// The upper left corner of a menu of this size beside `item`.
@@ -183,8 +198,23 @@ void PopUpMenu::popUpBeside(const QRect &item, PopoverAppearance::Shadow shadow)
 
 void PopUpMenu::showEvent(QShowEvent *event)
 {
+    m_windowRelease.reset();
     move(m_position);
     QMenu::showEvent(event);
+}
+
+void PopUpMenu::hideEvent(QHideEvent *event)
+{
+    QMenu::hideEvent(event);
+    // A menu that is kept needs no window until it is opened again; its picture is shared memory. Later,
+    // because the toolkit isn't done with it yet: it tells assistive programs of each key before the window
+    // gets it, and the release of a key that has closed the menu would be leaked if the window went meanwhile
+    // (Qt 6.4).
+    constexpr std::chrono::seconds delay(1);
+    m_windowRelease.emplace(delay, [this] {
+        destroy();
+        processMemory::returnUnused();
+    });
 }
 
 void PopUpMenu::resizeEvent(QResizeEvent *event)
@@ -219,6 +249,14 @@ void PopUpMenu::keyPressEvent(QKeyEvent *event)
         setActiveAction(action);
         QKeyEvent choose(QEvent::KeyPress, Qt::Key_Return, Qt::NoModifier);
         QMenu::keyPressEvent(&choose);
+        event->accept();
+        return;
+    }
+    if (const auto step = stepToEnd(*event)) {
+        // Where no row is highlighted, the arrow keys begin at either end.
+        setActiveAction(nullptr);
+        QKeyEvent arrow(QEvent::KeyPress, *step, Qt::NoModifier);
+        QMenu::keyPressEvent(&arrow);
         event->accept();
         return;
     }
@@ -273,10 +311,7 @@ void PopUpMenu::paintRow(QPainter &painter, const QAction &action) const
     if (action.isChecked()) {
         paintCheckMark(painter, centre, secondColor);
     } else if (!symbol.isEmpty()) {
-        const qreal scale = painter.device()->devicePixelRatioF();
-        const QPointF corner = centre - QPointF(symbolSide, symbolSide) / 2;
-        painter.drawImage(
-            snappedToPixels(corner, scale), Symbols::image(symbol, symbolSide, scale, secondColor));
+        Symbols::paint(painter, symbol, centre, symbolSide, secondColor);
     }
     const QRect texts =
         QStyle::visualRect(layoutDirection(), row, row.adjusted(textLeft, 0, -rightPadding, 0));
@@ -284,7 +319,7 @@ void PopUpMenu::paintRow(QPainter &painter, const QAction &action) const
     painter.setFont(font());
     painter.drawText(texts, Qt::AlignVCenter | Qt::TextSingleLine, action.text());
     painter.setPen(secondColor);
-    painter.setFont(::font(TextStyle::Callout));
+    painter.setFont(::font(TextStyle::Shortcut));
     painter.drawText(texts, Qt::AlignVCenter | Qt::AlignRight | Qt::TextSingleLine, shortcutText(action));
     painter.setOpacity(1);
 }

@@ -1,15 +1,19 @@
 #pragma once
 
+#include "DelayedWork.h"
 #include "PopoverAppearance.h"
 
 #include <QMenu>
+
+#include <optional>
 
 /// A menu as the program draws it, on every desktop alike: symbols or a check mark in a column of their own,
 /// key equivalents at the right.
 ///
 /// It stays a QMenu, so keyboard, assistive programs and exporting work as ever. An action's symbol is its
-/// icon made by `Symbols::icon`. The actions' key equivalents act while the menu is open, and only then. A
-/// disabled action shows its tooltip. Main thread.
+/// icon made by `Symbols::icon`. The actions' key equivalents act while the menu is open, and only then. Home
+/// and End, or Page Up and Page Down, go to the first row and the last. A disabled action shows its tooltip.
+/// While it is closed it has no window. Main thread.
 class PopUpMenu final : public QMenu {
     Q_OBJECT
 
@@ -29,6 +33,7 @@ public:
 protected:
     void actionEvent(QActionEvent *event) override;
     void showEvent(QShowEvent *event) override;
+    void hideEvent(QHideEvent *event) override;
     void resizeEvent(QResizeEvent *event) override;
     void keyPressEvent(QKeyEvent *event) override;
     void mousePressEvent(QMouseEvent *event) override;
@@ -44,4 +49,6 @@ private:
     PopoverAppearance::Shadow m_shadow = PopoverAppearance::Shadow::None;
     /// Where the window goes when it is shown; the toolkit's own choice doesn't know of the shadow.
     QPoint m_position;
+    /// Pending for a moment after the menu has been closed.
+    std::optional<DelayedWork> m_windowRelease;
 };

@@ -242,7 +242,8 @@ TextColor PushButton::labelColor() const
     case Kind::Bordered:
         return TextColor::Primary;
     case Kind::BorderedDestructive:
-        return TextColor::Red;
+        // What is under way warns of nothing any more.
+        return m_spinner == nullptr ? TextColor::Red : TextColor::Primary;
     case Kind::Prominent:
     case Kind::Destructive:
         return TextColor::OnAccent;

@@ -9,6 +9,7 @@
 #include "TextLabel.h"
 #include "Theme.h"
 #include "continuousRoundedRect.h"
+#include "fileNameText.h"
 
 #include <QApplication>
 #include <QGraphicsEffect>
@@ -148,7 +149,8 @@ void Sheet::makeCard()
     rows->addSpacing(gapBelowSymbol);
     rows->addWidget(new TextLabel(TextStyle::Headline, m_description.title, m_card));
     rows->addSpacing(gapBelowTitle);
-    auto *message = new TextLabel(TextStyle::Callout, m_description.message, m_card);
+    const QString text = fileNameText::displayedInSentence(m_description.message);
+    auto *message = new TextLabel(TextStyle::Callout, text, m_card);
     message->setColor(TextColor::Secondary);
     message->setBreaking(TextLabel::Breaking::AtBlanks);
     message->setMaximumLineCount(maximumMessageLines);

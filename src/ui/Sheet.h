@@ -27,6 +27,7 @@ struct SheetDescription {
     QString symbol;
     Tone tone = Tone::Accent;
     QString title;
+    /// A file's name in it stands between apostrophes, and is drawn so that it can't turn them round.
     QString message;
     /// From the start of the row to its end. A single one is the cancel button whatever its role.
     QList<SheetButton> buttons;

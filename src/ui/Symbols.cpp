@@ -3,6 +3,7 @@
 #include "Theme.h"
 #include "fatalError.h"
 
+#include <QHash>
 #include <QIconEngine>
 #include <QPainter>
 #include <QPixmap>
@@ -11,6 +12,7 @@
 static void initializeSymbols()
 {
     Q_INIT_RESOURCE(symbols);
+    Q_INIT_RESOURCE(semibold_symbols);
 }
 
 namespace {
@@ -53,15 +55,26 @@ private:
     QString m_name;
 };
 
+/// Painted by the toolkit's icon engine for SVG, a plugin. It keeps only the file's name, and what it has
+/// painted in the toolkit's cache of pixmaps, which empties itself some time after the last use.
+const QIcon &drawing(const QString &name)
+{
+    // Never destroyed: the plugin that their engines come from may be unloaded first.
+    static auto &drawings = *new QHash<QString, QIcon>;
+    QIcon &found = drawings[name];
+    if (found.isNull()) {
+        found = QIcon(QStringLiteral(":/symbols/%1.svg").arg(name));
+    }
+    return found;
+}
+
 } // namespace
 
 QImage Symbols::image(const QString &name, qreal points, qreal devicePixelRatio, const QColor &tint)
 {
     initializeSymbols();
-    // By the toolkit's icon engine for SVG, a plugin that keeps no drawing longer than its picture.
-    const QIcon drawing(QStringLiteral(":/symbols/%1.svg").arg(name));
     const int pixels = qRound(points * devicePixelRatio);
-    QImage image = drawing.pixmap(QSize(pixels, pixels), 1).toImage();
+    QImage image = drawing(name).pixmap(QSize(pixels, pixels), 1).toImage();
     if (image.size() != QSize(pixels, pixels)) {
         fatalError(
             QStringLiteral("The symbol %1 can't be drawn: without its file or the SVG plugin").arg(name));
@@ -73,6 +86,16 @@ QImage Symbols::image(const QString &name, qreal points, qreal devicePixelRatio,
     painter.end();
     image.setDevicePixelRatio(devicePixelRatio);
     return image;
+}
+
+void Symbols::paint(
+    QPainter &painter, const QString &name, const QPointF &centre, qreal points, const QColor &tint)
+{
+    const qreal pixelsPerPoint = painter.deviceTransform().m11();
+    const QImage drawing = image(name, points, pixelsPerPoint, tint);
+    const QSizeF size = drawing.deviceIndependentSize();
+    const QPointF corner = centre - QPointF(size.width(), size.height()) / 2;
+    painter.drawImage(QPointF((corner * pixelsPerPoint).toPoint()) / pixelsPerPoint, drawing);
 }
 
 QIcon Symbols::icon(const QString &name)

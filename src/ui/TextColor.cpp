@@ -22,6 +22,8 @@ QColor color(TextColor textColor)
         return theme.greenText;
     case TextColor::Orange:
         return theme.orangeText;
+    case TextColor::Amber:
+        return theme.amber;
     case TextColor::OnAccent:
         return theme.onAccent;
     }

@@ -12,6 +12,8 @@ enum class TextColor {
     Red,
     Green,
     Orange,
+    /// The first-run pages' symbols; too faint for text.
+    Amber,
     /// On the accent, on red, and on badges.
     OnAccent,
 };

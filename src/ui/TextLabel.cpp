@@ -1,23 +1,41 @@
 #include "TextLabel.h"
 
 #include "Theme.h"
+#include "brokenLines.h"
+#include "toolTips.h"
 
-#include <QEvent>
+#include <QHelpEvent>
 #include <QPainter>
 #include <QStyle>
-#include <QTextLayout>
+#include <QTextBoundaryFinder>
+#include <QToolTip>
 
 #include <algorithm>
 
 namespace {
 
 constexpr QChar wordJoiner(0x2060);
+constexpr QChar ellipsis(0x2026);
+
+/// More of them come while a window is resized, or while lines are balanced.
+constexpr std::size_t mostKeptWidths = 8;
 
 /// Whether a text would begin a new line here, or do something else that isn't to be seen.
 bool isControl(QChar character)
 {
     return character.category() == QChar::Other_Control || character == QChar::LineSeparator ||
            character == QChar::ParagraphSeparator;
+}
+
+/// As much of the beginning and of the end as makes `length` units, or one character more.
+QString withoutMiddle(const QString &text, qsizetype length)
+{
+    QTextBoundaryFinder finder(QTextBoundaryFinder::Grapheme, text);
+    const auto boundaryAt = [&finder](qsizetype position) {
+        finder.setPosition(position);
+        return finder.isAtBoundary() ? position : finder.toPreviousBoundary();
+    };
+    return text.first(boundaryAt(length / 2)) + ellipsis + text.sliced(boundaryAt(text.size() - length / 2));
 }
 
 } // namespace
@@ -51,8 +69,15 @@ void TextLabel::setMaximumLineCount(int count)
 void TextLabel::setBreaking(Breaking breaking)
 {
     m_breaking = breaking;
+    m_measured = {};
     updateToolTip();
     updateGeometry();
+    update();
+}
+
+void TextLabel::setSpread(Spread spread)
+{
+    m_spread = spread;
     update();
 }
 
@@ -71,33 +96,33 @@ qreal TextLabel::widthOf(const QString &text) const
     return QFontMetricsF(font()).horizontalAdvance(text);
 }
 
-QList<qsizetype> TextLabel::lineStarts(const QString &drawn, int width) const
+TextLabel::Measured &TextLabel::measured() const
 {
-    QTextLayout layout(drawn, font());
-    QTextOption option;
-    option.setWrapMode(
-        m_breaking == Breaking::AtBlanks ? QTextOption::WrapAtWordBoundaryOrAnywhere : QTextOption::WordWrap);
-    layout.setTextOption(option);
-    QList<qsizetype> starts;
-    layout.beginLayout();
-    for (QTextLine line = layout.createLine(); line.isValid(); line = layout.createLine()) {
-        line.setLineWidth(width);
-        starts.append(line.textStart());
+    // The toolkit doesn't tell when the text changes.
+    if (m_measured.text != text() || m_measured.text.isNull()) {
+        m_measured = {.text = text(), .width = widthOf(drawnText()), .linesByWidth = {}};
     }
-    layout.endLayout();
-    return starts;
+    return m_measured;
 }
 
 QStringList TextLabel::lines(int width) const
 {
-    const QString drawn = drawnText();
-    const QList<qsizetype> starts = lineStarts(drawn, width);
-    QStringList result;
-    for (qsizetype line = 0; line < starts.size(); ++line) {
-        const qsizetype end = line + 1 < starts.size() ? starts[line + 1] : drawn.size();
-        result.append(drawn.sliced(starts[line], end - starts[line]).trimmed());
+    auto &known = measured().linesByWidth;
+    if (known.size() >= mostKeptWidths) {
+        known.clear();
     }
-    return result;
+    const auto [entry, isNew] = known.try_emplace(width);
+    if (isNew) {
+        entry->second = brokenLines(drawnText(), width);
+    }
+    return entry->second;
+}
+
+QStringList TextLabel::brokenLines(const QString &drawn, int width) const
+{
+    const bool atBlanks = m_breaking == Breaking::AtBlanks;
+    return ::brokenLines(
+        drawn, font(), width, atBlanks ? QTextOption::WrapAtWordBoundaryOrAnywhere : QTextOption::WordWrap);
 }
 
 QStringList TextLabel::balancedLines(int width) const
@@ -141,9 +166,20 @@ bool TextLabel::isElided(int width) const
 QStringList TextLabel::elidedLines(int width) const
 {
     const QString drawn = drawnText();
-    const qsizetype startOfLast = lineStarts(drawn, width).value(m_maximumLineCount - 1);
-    QStringList shown = lines(width).mid(0, m_maximumLineCount - 1);
-    return shown << QFontMetricsF(font()).elidedText(drawn.sliced(startOfLast), Qt::ElideRight, width);
+    if (m_maximumLineCount == 1 || lines(width).size() == 1) {
+        return {QFontMetricsF(font()).elidedText(drawn, Qt::ElideRight, width)};
+    }
+    qsizetype least = 0;
+    qsizetype most = drawn.size();
+    while (least < most) {
+        const qsizetype middle = (least + most + 1) / 2;
+        if (brokenLines(withoutMiddle(drawn, middle), width).size() <= m_maximumLineCount) {
+            least = middle;
+        } else {
+            most = middle - 1;
+        }
+    }
+    return brokenLines(withoutMiddle(drawn, least), width);
 }
 
 QStringList TextLabel::shownLines(int width) const
@@ -151,12 +187,13 @@ QStringList TextLabel::shownLines(int width) const
     if (isElided(width)) {
         return elidedLines(width);
     }
-    return alignment().testFlag(Qt::AlignHCenter) ? balancedLines(width) : lines(width);
+    const bool isBalanced = m_spread == Spread::Balanced && alignment().testFlag(Qt::AlignHCenter);
+    return isBalanced ? balancedLines(width) : lines(width);
 }
 
 QSize TextLabel::sizeHint() const
 {
-    return {qCeil(widthOf(drawnText())), lineHeight(m_style)};
+    return {qCeil(measured().width), lineHeight(m_style)};
 }
 
 QSize TextLabel::minimumSizeHint() const
@@ -186,6 +223,16 @@ bool TextLabel::event(QEvent *event)
     // The toolkit doesn't tell when the text changes without the size.
     if (event->type() == QEvent::ToolTip) {
         updateToolTip();
+        if (!toolTip().isEmpty()) {
+            const QPoint position = static_cast<const QHelpEvent *>(event)->globalPos();
+            QToolTip::showText(position, plainTextToolTip(toolTip()), this);
+            return true;
+        }
+    }
+    if (event->type() == QEvent::FontChange) {
+        m_measured = {};
+        updateToolTip();
+        updateGeometry();
     }
     return QLabel::event(event);
 }

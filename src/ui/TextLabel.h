@@ -5,12 +5,16 @@
 
 #include <QLabel>
 
+#include <map>
+
 /// A plain text in one text style, with that style's line height whatever the font family. Centred at first;
 /// `setAlignment` changes that, mirrored where one reads from right to left.
 ///
-/// A text that is wider than the label is broken into lines. Centred ones are balanced: their lines are as
-/// narrow as they can be without being more. What goes beyond the greatest number of lines is elided, and
-/// the whole text is the tooltip then. Control characters, which file names can hold, are shown as blanks.
+/// A text that is wider than the label is broken into lines. Centred ones are balanced, unless set
+/// otherwise: their lines are as narrow as they can be without being more. What goes beyond the greatest
+/// number of lines is elided: of one line the end, of several the middle, so that a sentence about a long
+/// name still has its end. The whole text is the tooltip then. Control characters, which file names can
+/// hold, are shown as blanks.
 class TextLabel final : public QLabel {
     Q_OBJECT
 
@@ -22,6 +26,14 @@ public:
         AtBlanks,
     };
 
+    /// How a centred text is spread over its lines.
+    enum class Spread {
+        /// As evenly as the number of lines allows.
+        Balanced,
+        /// Each line as full as it gets: for paragraphs.
+        Filled,
+    };
+
     TextLabel(TextStyle style, const QString &text, QWidget *parent = nullptr);
 
     /// Primary at first.
@@ -29,6 +41,8 @@ public:
     /// 0, as at first: as many as it takes.
     void setMaximumLineCount(int count);
     void setBreaking(Breaking breaking);
+    /// Balanced at first.
+    void setSpread(Spread spread);
 
     [[nodiscard]] QSize sizeHint() const override;
     [[nodiscard]] QSize minimumSizeHint() const override;
@@ -43,15 +57,25 @@ protected:
     void resizeEvent(QResizeEvent *event) override;
 
 private:
+    /// Layouts ask for the same few widths again and again, and breaking lines takes time.
+    struct Measured {
+        QString text;
+        /// In one line.
+        qreal width = 0;
+        std::map<int, QStringList> linesByWidth;
+    };
+
     /// The text as it is drawn and measured.
     [[nodiscard]] QString drawnText() const;
     [[nodiscard]] qreal widthOf(const QString &text) const;
-    [[nodiscard]] QList<qsizetype> lineStarts(const QString &drawn, int width) const;
     /// The lines of the text at this width, however many.
     [[nodiscard]] QStringList lines(int width) const;
+    [[nodiscard]] QStringList brokenLines(const QString &drawn, int width) const;
+    /// What is known about the text as it is now.
+    [[nodiscard]] Measured &measured() const;
     [[nodiscard]] QStringList balancedLines(int width) const;
     [[nodiscard]] QStringList elidedLines(int width) const;
-    /// The lines as they are painted: the last one elided where there are too many.
+    /// The lines as they are painted: elided where there are too many.
     [[nodiscard]] QStringList shownLines(int width) const;
     [[nodiscard]] bool isElided(int width) const;
     void updateToolTip();
@@ -59,5 +83,7 @@ private:
     TextStyle m_style;
     TextColor m_color = TextColor::Primary;
     Breaking m_breaking = Breaking::AtWords;
+    Spread m_spread = Spread::Balanced;
     int m_maximumLineCount = 0;
+    mutable Measured m_measured;
 };

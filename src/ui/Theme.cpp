@@ -62,6 +62,13 @@ constexpr Theme lightTheme{
     .redText = rgb(0xB92B27),
     .greenText = rgb(0x1B7A43),
     .orangeText = rgb(0xB3560B),
+    .amber = rgb(0xE8A33C),
+    .amberHover = rgb(0xE9A948),
+    .amberTint = rgb(0xE8A33C, 22),
+    .amberInk = rgb(0x7A4D06),
+    .amberFocusRing = rgb(0xB58236),
+    .onAmber = rgb(0xFFFFFF),
+    .onAmberShadow = rgb(0x5C3600, 55),
     .placeholder = rgb(0x7B8087, 10),
     .imageEdge = black(10),
     .scrim = rgb(0x181A1E, 30),
@@ -110,6 +117,13 @@ constexpr Theme darkTheme{
     .redText = rgb(0xFF938B),
     .greenText = rgb(0x5FCB87),
     .orangeText = rgb(0xF5A04A),
+    .amber = rgb(0xE8A33C),
+    .amberHover = rgb(0xE9A948),
+    .amberTint = rgb(0xE8A33C, 20),
+    .amberInk = rgb(0xF2C27B),
+    .amberFocusRing = rgb(0xEAB76A),
+    .onAmber = rgb(0xFFFFFF),
+    .onAmberShadow = rgb(0x5C3600, 55),
     .placeholder = rgb(0x8C929C, 14),
     .imageEdge = white(12),
     .scrim = black(52),
@@ -162,6 +176,8 @@ void increaseContrast(Theme &theme)
     theme.separator = withAlpha(theme.primary, 128);
     theme.border = withAlpha(theme.primary, 200);
     theme.focusRing.setAlpha(255);
+    theme.onAmber = rgb(0x2A1B00);
+    theme.onAmberShadow = Qt::transparent;
 }
 
 Theme makeForDesktop()

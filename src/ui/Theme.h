@@ -54,6 +54,18 @@ struct Theme {
     QColor greenText;
     QColor orangeText;
 
+    /// The first-run pages' own accent, whatever the desktop's is.
+    QColor amber;
+    QColor amberHover;
+    /// Where amber says what is done already.
+    QColor amberTint;
+    QColor amberInk;
+    /// Around an amber button.
+    QColor amberFocusRing;
+    /// Labels on amber; white is too faint there for whoever asks for more contrast.
+    QColor onAmber;
+    QColor onAmberShadow;
+
     /// Gray at opacity 0.1: what stands where an image isn't yet.
     QColor placeholder;
     /// The line inside every thumbnail and preview.

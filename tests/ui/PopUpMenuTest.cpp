@@ -53,10 +53,13 @@ private Q_SLOTS:
     void highlightedRowHasTheAccent();
     void keyEquivalentsActWhileItIsOpen_data();
     void keyEquivalentsActWhileItIsOpen();
+    void keysReachBothEnds_data();
+    void keysReachBothEnds();
     void disabledActionIgnoresItsKey();
     void disabledActionShowsItsTooltip();
     void staysInsideTheScreen();
     void shadowMovesNothing();
+    void hasAWindowOnlyUntilAMomentAfterItIsClosed();
 };
 
 void PopUpMenuTest::hasTheGivenMeasures()
@@ -156,6 +159,36 @@ void PopUpMenuTest::keyEquivalentsActWhileItIsOpen()
     QVERIFY(!menu.isVisible());
 }
 
+void PopUpMenuTest::keysReachBothEnds_data()
+{
+    QTest::addColumn<Qt::Key>("key");
+    QTest::addColumn<QString>("text");
+    QTest::newRow("home") << Qt::Key_Home << QStringLiteral("Gallery");
+    QTest::newRow("page up") << Qt::Key_PageUp << QStringLiteral("Gallery");
+    QTest::newRow("end") << Qt::Key_End << QStringLiteral("Quit Deskbroom");
+    QTest::newRow("page down") << Qt::Key_PageDown << QStringLiteral("Quit Deskbroom");
+}
+
+void PopUpMenuTest::keysReachBothEnds()
+{
+    QFETCH(const Qt::Key, key);
+    QFETCH(const QString, text);
+    PopUpMenu menu(248);
+    menu.addSeparator();
+    fill(menu);
+    menu.addSeparator();
+    menu.popUpBeside(itemInUpperPanel, PopoverAppearance::Shadow::None);
+    QSignalSpy chosen(&menu, &QMenu::triggered);
+    QAction *const middle = actionNamed(menu, QStringLiteral("Settings"));
+    for (QAction *const from : QList<QAction *>{nullptr, middle, actionNamed(menu, text)}) {
+        menu.setActiveAction(from);
+        QTest::keyClick(&menu, key);
+        QCOMPARE(menu.activeAction(), actionNamed(menu, text));
+    }
+    QVERIFY(menu.isVisible());
+    QCOMPARE(chosen.count(), 0);
+}
+
 void PopUpMenuTest::disabledActionIgnoresItsKey()
 {
     PopUpMenu menu(248);
@@ -213,6 +246,27 @@ void PopUpMenuTest::shadowMovesNothing()
     // A press on the shadow is a press beside the menu.
     QTest::mousePress(&menu, Qt::LeftButton, {}, QPoint(5, 60));
     QVERIFY(!menu.isVisible());
+}
+
+void PopUpMenuTest::hasAWindowOnlyUntilAMomentAfterItIsClosed()
+{
+    PopUpMenu menu(248);
+    fill(menu);
+    for (int round = 0; round < 2; ++round) {
+        menu.popUpBeside(itemInUpperPanel, PopoverAppearance::Shadow::None);
+        QTest::keyPress(&menu, Qt::Key_Escape);
+        QVERIFY(!menu.isVisible());
+        // The key's release is still to come.
+        QCoreApplication::sendPostedEvents();
+        QVERIFY(menu.windowHandle() != nullptr);
+        QTRY_VERIFY(menu.windowHandle() == nullptr);
+    }
+    menu.popUpBeside(itemInUpperPanel, PopoverAppearance::Shadow::None);
+    menu.close();
+    menu.popUpBeside(itemInUpperPanel, PopoverAppearance::Shadow::None);
+    QSignalSpy closed(&menu, &QMenu::aboutToHide);
+    QVERIFY2(!closed.wait(1500), "a menu that was opened again meanwhile stays");
+    QVERIFY(menu.isVisible());
 }
 
 QTEST_MAIN(PopUpMenuTest)

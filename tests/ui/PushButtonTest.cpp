@@ -199,7 +199,7 @@ void PushButtonTest::spinnerTakesTheSymbolsPlace()
     button.resize(button.sizeHint());
     auto *spinner = button.findChild<Spinner *>();
     QVERIFY(spinner != nullptr);
-    QVERIFY(spinner->isSpinning()); // NOLINT(clang-analyzer-core.CallAndMessage): verified above
+    QVERIFY(spinner->isSpinning());
     QCOMPARE(spinner->geometry(), QRect(PushButton::outset + 12, (button.height() - 14) / 2, 14, 14));
     // A click on it is one on the button.
     QSignalSpy clicked(&button, &PushButton::clicked);

@@ -3,7 +3,9 @@
 #include "rendering.h"
 
 #include <QAccessible>
+#include <QHelpEvent>
 #include <QTest>
+#include <QToolTip>
 
 namespace {
 
@@ -33,6 +35,7 @@ class TextLabelTest final : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
+    void anotherFontIsMeasuredAnew();
     void hasTheLineHeightOfItsStyle_data();
     void hasTheLineHeightOfItsStyle();
     void twoLinesAreBalanced();
@@ -44,7 +47,9 @@ private Q_SLOTS:
     void alignmentIsMirroredFromRightToLeft_data();
     void alignmentIsMirroredFromRightToLeft();
     void singleLineIsElidedAndThenTheTooltip();
-    void lastLineIsElided();
+    void markupInTheTooltipIsShownAsItIs();
+    void severalLinesAreElidedInTheMiddle();
+    void elisionKeepsCharactersWhole();
     void fileNamesBreakAtBlanksOnly();
     void nameWithoutBlanksStillFits();
     void lineBreaksInNamesAreBlanks();
@@ -199,17 +204,58 @@ void TextLabelTest::singleLineIsElidedAndThenTheTooltip()
     QVERIFY(label.toolTip().isEmpty());
 }
 
-void TextLabelTest::lastLineIsElided()
+void TextLabelTest::markupInTheTooltipIsShownAsItIs()
 {
-    TextLabel label(TextStyle::Callout, QStringLiteral("word ").repeated(60));
+    TextLabel label(TextStyle::Body, QStringLiteral("<b>bold</b> and more"));
+    label.setMaximumLineCount(1);
+    label.resize(40, 16);
     label.show();
-    label.setMaximumLineCount(3);
-    QCOMPARE(label.heightForWidth(120), 48);
-    label.resize(120, 48);
-    QCOMPARE(label.toolTip(), label.text());
-    const QImage image = rendered(label);
-    QVERIFY(inkColumns(image, 32, 48).second > 60);
-    QCOMPARE(label.text(), QStringLiteral("word ").repeated(60));
+    QHelpEvent event(QEvent::ToolTip, QPoint(), label.mapToGlobal(QPoint()));
+    QApplication::sendEvent(&label, &event);
+    QVERIFY2(
+        QToolTip::text().contains(QStringLiteral("&lt;b&gt;bold&lt;/b&gt; and more")),
+        qPrintable(QToolTip::text()));
+    QToolTip::hideText();
+}
+
+void TextLabelTest::severalLinesAreElidedInTheMiddle()
+{
+    const auto image = [](const QString &beginning, const QString &middle, const QString &end) {
+        const QString words = QStringLiteral("word ").repeated(60);
+        TextLabel label(TextStyle::Callout, beginning + words + middle + words + end);
+        label.show();
+        label.setMaximumLineCount(3);
+        label.resize(120, label.heightForWidth(120));
+        return label.toolTip() == label.text() ? rendered(label) : QImage();
+    };
+    const QImage elided = image(QStringLiteral("one "), QStringLiteral("two "), QStringLiteral("three"));
+    QCOMPARE(elided.height(), 48);
+    QVERIFY(inkColumns(elided, 32, 48).second > 60);
+    QCOMPARE(image(QStringLiteral("one "), QStringLiteral("2 "), QStringLiteral("three")), elided);
+    QVERIFY(image(QStringLiteral("1 "), QStringLiteral("two "), QStringLiteral("three")) != elided);
+    QVERIFY(image(QStringLiteral("one "), QStringLiteral("two "), QStringLiteral("3")) != elided);
+}
+
+void TextLabelTest::elisionKeepsCharactersWhole()
+{
+    // Two units and a mark.
+    const QString character = QStringLiteral("\U0001F4F7\u0301");
+    const auto image = [](const QString &text) {
+        TextLabel label(TextStyle::Callout, text);
+        label.setBreaking(TextLabel::Breaking::AtBlanks);
+        label.setSpread(TextLabel::Spread::Filled);
+        label.setMaximumLineCount(2);
+        label.resize(120, 32);
+        return rendered(label);
+    };
+    const QImage elided = image(character.repeated(100));
+    QList<QImage> whole;
+    for (int before = 1; before < 30; ++before) {
+        for (const int after : {before - 1, before, before + 1}) {
+            whole.append(image(character.repeated(before) + QChar(0x2026) + character.repeated(after)));
+        }
+    }
+    QVERIFY(whole.contains(elided));
 }
 
 void TextLabelTest::fileNamesBreakAtBlanksOnly()
@@ -262,6 +308,16 @@ void TextLabelTest::balancingKeepsWordsWhole()
     QCOMPARE(label.heightForWidth(label.width()), 32);
     const auto [first, last] = inkColumns(rendered(label), 0, 16);
     QVERIFY2(last - first > widthOfName - 6, qPrintable(QString::number(last - first)));
+}
+
+void TextLabelTest::anotherFontIsMeasuredAnew()
+{
+    TextLabel label(TextStyle::Body, QStringLiteral("Wherever the font becomes a wider one"));
+    const int width = label.sizeHint().width();
+    const int height = label.heightForWidth(width);
+    label.setFont(font(TextStyle::WelcomeHeadline));
+    QVERIFY(label.sizeHint().width() > width);
+    QVERIFY(label.heightForWidth(width) > height);
 }
 
 QTEST_MAIN(TextLabelTest)

@@ -1,4 +1,5 @@
 #include "Theme.h"
+#include "rendering.h"
 
 #include <QTest>
 
@@ -45,6 +46,7 @@ QList<Pair> writtenOn(const Theme &theme)
         {"text on banner", theme.primary, banner},
         {"text on hovered banner", theme.primary, bannerHover},
         {"second text on banner", theme.secondary, banner},
+        {"label on what is done, in amber", theme.amberInk, composited(theme.amberTint, theme.window)},
     };
 }
 
@@ -59,6 +61,8 @@ private Q_SLOTS:
     void contrastIsMeasuredAsWcagDoes();
     void colorsHaveTheirValues();
     void moreContrastDrawsSecondTextLikeTheFirst();
+    void moreContrastDrawsLabelsOnAmberDark_data();
+    void moreContrastDrawsLabelsOnAmberDark();
 };
 
 void ThemeTest::everyTextCanBeRead_data()
@@ -107,6 +111,11 @@ void ThemeTest::colorsHaveTheirValues()
     QCOMPARE(dark.border, QColor(255, 255, 255, 33));
     QCOMPARE(light.accent, QColor(0x2F, 0x6B, 0xDE));
     QCOMPARE(dark.redPressed, QColor(0xAD, 0x33, 0x2D));
+    for (const Theme &theme : {light, dark}) {
+        QVERIFY(isNearly(theme.amber, QColor::fromRgbF(0.9098F, 0.6392F, 0.2353F)));
+        QCOMPARE(theme.onAmber, QColor(Qt::white));
+        QCOMPARE(theme.onAmberShadow, QColor(0x5C, 0x36, 0x00, 140));
+    }
 }
 
 void ThemeTest::moreContrastDrawsSecondTextLikeTheFirst()
@@ -114,6 +123,24 @@ void ThemeTest::moreContrastDrawsSecondTextLikeTheFirst()
     const Theme theme = Theme::make(Theme::Scheme::Light, std::nullopt, Theme::Contrast::Increased);
     QCOMPARE(theme.secondary, theme.primary);
     QVERIFY(contrastRatio(composited(theme.border, theme.popover), theme.popover) >= 3);
+}
+
+void ThemeTest::moreContrastDrawsLabelsOnAmberDark_data()
+{
+    QTest::addColumn<Theme::Scheme>("scheme");
+    QTest::newRow("light") << Theme::Scheme::Light;
+    QTest::newRow("dark") << Theme::Scheme::Dark;
+}
+
+void ThemeTest::moreContrastDrawsLabelsOnAmberDark()
+{
+    QFETCH(const Theme::Scheme, scheme);
+    const Theme theme = Theme::make(scheme, std::nullopt, Theme::Contrast::Increased);
+    QCOMPARE(theme.onAmber, QColor(0x2A, 0x1B, 0x00));
+    QCOMPARE(theme.onAmberShadow.alpha(), 0);
+    for (const QColor &face : {theme.amber, theme.amberHover}) {
+        QVERIFY(contrastRatio(theme.onAmber, face) >= 7);
+    }
 }
 
 QTEST_GUILESS_MAIN(ThemeTest)
