@@ -21,12 +21,12 @@ public:
     load(const QStringList &paths, FunctionRef<void(const QString &path)> failed);
 
     /// Puts the images on the clipboard, instead of what lies there. False, and the clipboard left as it is,
-    /// if there are none or the copy is superseded. Main thread.
+    /// if there are none or a copy that was asked for later has already been written. Main thread.
     bool write(const QList<Image> &images) const;
 
-    /// Whether a copy that was asked for later has already been written. Main thread.
+private:
+    /// Whether a copy that was asked for later has already been written.
     [[nodiscard]] bool isSuperseded() const;
 
-private:
     quint64 m_turn;
 };

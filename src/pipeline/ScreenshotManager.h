@@ -35,6 +35,9 @@ public:
 
     void setAutoCopyToClipboard(bool isOn) { m_autoCopyToClipboard.set(isOn); }
 
+    /// Where a change of `autoCopyToClipboard` is to be written.
+    [[nodiscard]] UserDefaults &preferences() const { return *m_preferences; }
+
     [[nodiscard]] bool hasPendingDeletion(const QString &path) const;
 
     [[nodiscard]] size_t pendingDeletionCount() const { return m_pendingDeletions.size(); }
@@ -62,5 +65,5 @@ private:
 
     Published<bool> m_autoCopyToClipboard;
     std::unordered_map<QString, std::unique_ptr<DelayedWork>> m_pendingDeletions;
-    const UserDefaults *m_preferences;
+    UserDefaults *m_preferences;
 };

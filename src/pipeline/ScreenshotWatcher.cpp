@@ -129,6 +129,8 @@ ScreenshotWatcher::scanDirectory(const FileManager &fileManager, const QUrl &url
 
 void ScreenshotWatcher::startWatching()
 {
+    // The scans of a watcher before may hang in its folders, which is reason enough to watch another one.
+    background::startAfresh(BackgroundQueue::Scan);
     runInBackground(
         this, BackgroundQueue::Scan,
         [fileManager = m_fileManager] { return collectScreenshotPaths(*fileManager, {}); },

@@ -12,6 +12,7 @@
 #include "runInBackground.h"
 
 #include <QElapsedTimer>
+#include <QScopeGuard>
 #include <QSemaphore>
 #include <QSignalSpy>
 #include <QTest>
@@ -51,6 +52,7 @@ private Q_SLOTS:
     void aFileThatIsStillBeingWrittenWaitsForItsEnd();
     void aThousandScreenshotsAtOnceAreAllReported();
     void scansThatOverlapReportAFileOnce();
+    void scansThatHangDontKeepTheNextWatcherFromWatching();
     void aDestroyedWatcherReportsNothing();
     void aGoneDelegateIsNotCalled();
     void anUnchangedFolderIsNotListedAgain();
@@ -306,6 +308,27 @@ void ScreenshotWatcherTest::scansThatOverlapReportAFileOnce()
     QTRY_COMPARE_WITH_TIMEOUT(m_recorder->reports, QStringList(path), patience);
     awaitTicks(1);
     QCOMPARE(m_recorder->reports, QStringList(path));
+}
+
+void ScreenshotWatcherTest::scansThatHangDontKeepTheNextWatcherFromWatching()
+{
+    startWatching();
+    m_watcher.reset();
+    QThreadPool &pool = background::pool(BackgroundQueue::Scan);
+    pool.waitForDone();
+    const int hanging = pool.maxThreadCount();
+    QSemaphore release;
+    const auto released = qScopeGuard([&] {
+        release.release(hanging);
+        pool.waitForDone();
+    });
+    for (int i = 0; i < hanging; ++i) {
+        pool.start([&release] { release.acquire(); });
+    }
+    startWatching();
+    const QString path = desktopFile(QStringLiteral("Screenshot 1.png"));
+    files::write(path);
+    QTRY_COMPARE_WITH_TIMEOUT(m_recorder->reports, QStringList(path), patience);
 }
 
 void ScreenshotWatcherTest::aDestroyedWatcherReportsNothing()
