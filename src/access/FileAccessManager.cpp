@@ -11,10 +11,14 @@
 #include "screenshotListing.h"
 #include "storedBookmark.h"
 
+#include <chrono>
 #include <tuple>
 #include <utility>
 
 namespace {
+
+/// How long the picker waits to learn where it starts.
+constexpr std::chrono::milliseconds patienceWithStart(500);
 
 QString accessFailure(const Error &error)
 {
@@ -75,6 +79,9 @@ FileAccessManager::FileAccessManager()
     : m_fileManager(&FileManager::defaultManager()),
       m_bookmarkKey(preferences::desktopFolderBookmark)
 {
+    m_openPanelTimer.setSingleShot(true);
+    m_openPanelTimer.setInterval(patienceWithStart);
+    connect(&m_openPanelTimer, &QTimer::timeout, this, [this] { showOpenPanel({}); });
     checkInitialAccess();
     startPersistentAccess();
 }
@@ -161,11 +168,30 @@ void FileAccessManager::stopPersistentAccess()
 
 void FileAccessManager::requestFolderAccess()
 {
-    // The folder may lie on a disk that takes its time.
-    runInBackground(
-        this, BackgroundQueue::Listing,
-        [fileManager = m_fileManager] { return fileManager->urls(SearchPathDirectory::Desktop).value(0); },
-        [this](const QUrl &desktop) { showOpenPanel(desktop); });
+    if (m_openPanelTimer.isActive()) {
+        return;
+    }
+    m_openPanelTimer.start();
+    // The folder's disk may take its time, or never answer, which is reason enough to want another folder.
+    // Who asks again meanwhile mustn't take a second thread.
+    if (!std::exchange(m_isLookingForStart, true)) {
+        runInBackground(
+            this, BackgroundQueue::UserInitiated,
+            [fileManager = m_fileManager] {
+                return fileManager->urls(SearchPathDirectory::Desktop).value(0);
+            },
+            [this](const QUrl &desktop) { takeStart(desktop); });
+    }
+}
+
+void FileAccessManager::takeStart(const QUrl &directory)
+{
+    m_isLookingForStart = false;
+    // Otherwise it comes too late: the panel is open, or closed again.
+    if (m_openPanelTimer.isActive()) {
+        m_openPanelTimer.stop();
+        showOpenPanel(directory);
+    }
 }
 
 void FileAccessManager::showOpenPanel(const QUrl &directory)
@@ -218,10 +244,15 @@ void FileAccessManager::takeOver(quint64 pick, const QUrl &url, const QByteArray
         });
 }
 
+std::optional<QByteArray> FileAccessManager::bookmark() const
+{
+    return storedBookmark::data(m_bookmarkKey);
+}
+
 bool FileAccessManager::hasValidAccess() const
 {
-    const auto bookmark = storedBookmark::data(m_bookmarkKey);
-    return bookmark && folderAccess::verify(*m_fileManager, m_bookmarkKey, *bookmark);
+    const auto stored = bookmark();
+    return stored && folderAccess::verify(*m_fileManager, m_bookmarkKey, *stored);
 }
 
 void FileAccessManager::loadScreenshots(

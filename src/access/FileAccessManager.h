@@ -7,6 +7,7 @@
 #include <QByteArray>
 #include <QList>
 #include <QPointer>
+#include <QTimer>
 #include <QUrl>
 
 #include <functional>
@@ -42,11 +43,19 @@ public:
     /// Where access is held; empty while none is.
     [[nodiscard]] const std::optional<QUrl> &persistentAccessUrl() const { return m_persistentAccessUrl; }
 
-    /// Shows the folder picker and returns at once. A picker that is open already gives way to the new one.
+    /// Shows the folder picker soon, and returns at once. It starts in the watched folder, or elsewhere if
+    /// that one's disk takes more than half a second to answer. A picker that is open already gives way to
+    /// the new one.
     void requestFolderAccess();
 
     /// Takes over a folder that the user picked, partly in the background. The last of several picks counts.
     void handleSelectedFolder(const QUrl &url);
+
+    /// Whether there is a bookmark, of whatever it is. Any thread; costs a look into the preferences.
+    [[nodiscard]] bool hasBookmark() const { return bookmark().has_value(); }
+
+    /// As it is stored. Any thread.
+    [[nodiscard]] std::optional<QByteArray> bookmark() const;
 
     /// Whether the bookmarked folder can be listed at this moment. Any thread; blocks for as long as the
     /// folder's file system takes.
@@ -62,6 +71,7 @@ private:
     void checkInitialAccess();
     void touchOtherFolders() const;
     void createBookmark(const QUrl &url);
+    void takeStart(const QUrl &directory);
     void showOpenPanel(const QUrl &directory);
     void takeOver(quint64 pick, const QUrl &url, const QByteArray &bookmark);
 
@@ -70,6 +80,9 @@ private:
     std::optional<QUrl> m_persistentAccessUrl;
 
     QPointer<OpenPanel> m_openPanel;
+    /// Runs from a request until its panel opens.
+    QTimer m_openPanelTimer;
+    bool m_isLookingForStart = false;
     /// How many folders the user has picked in this run.
     quint64 m_picks = 0;
 };

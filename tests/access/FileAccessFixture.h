@@ -72,7 +72,8 @@ protected:
     void removeHome()
     {
         m_manager.reset();
-        for (const BackgroundQueue queue : {BackgroundQueue::Default, BackgroundQueue::Listing}) {
+        for (const BackgroundQueue queue :
+             {BackgroundQueue::Default, BackgroundQueue::UserInitiated, BackgroundQueue::Listing}) {
             background::pool(queue).waitForDone();
         }
         QCoreApplication::processEvents();

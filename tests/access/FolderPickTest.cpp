@@ -1,13 +1,16 @@
 #include "FileAccessFixture.h"
+#include "HeldQueue.h"
 #include "storedBookmark.h"
 
 #include <QApplication>
 #include <QDialogButtonBox>
 #include <QDir>
+#include <QElapsedTimer>
 #include <QFileDialog>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
+#include <QTimer>
 
 #include <unistd.h>
 
@@ -26,6 +29,35 @@ QFileDialog *picker()
         }
     }
     return nullptr;
+}
+
+/// How many pickers have been shown since it was made.
+class ShownDialogs final : public QObject {
+public:
+    ShownDialogs() { qApp->installEventFilter(this); }
+
+    [[nodiscard]] int count() const { return m_count; }
+
+    bool eventFilter(QObject *watched, QEvent *event) override
+    {
+        if (event->type() == QEvent::Show && qobject_cast<QFileDialog *>(watched) != nullptr) {
+            ++m_count;
+        }
+        return false;
+    }
+
+private:
+    int m_count = 0;
+};
+
+/// Once every answer to where the picker starts has been heard, and the time for it is over as well.
+bool answersAreIn()
+{
+    bool isOver = false;
+    constexpr std::chrono::milliseconds longerThanThePicker(700);
+    QTimer::singleShot(longerThanThePicker, qApp, [&isOver] { isOver = true; });
+    return background::pool(BackgroundQueue::UserInitiated).waitForDone() &&
+           QTest::qWaitFor([&isOver] { return isOver; });
 }
 
 } // namespace
@@ -51,6 +83,9 @@ private Q_SLOTS:
     void acceptingThePickerTakesTheFolderOver();
     void cancellingThePickerChangesNothing();
     void askingAgainReplacesThePicker();
+    void askingTwiceInARowOpensOnePicker();
+    void aDiskThatDoesntAnswerKeepsNoPickerBack();
+    void aDiskThatAnswersLateIsHeardByTheNextPickerAlone();
     void ofSeveralPicksInARowTheLastCounts();
     void aPickIsNotOvertakenByARefreshOfTheFolderBefore();
     void aFolderInTheTrashIsNoLongerTheFolder();
@@ -262,6 +297,63 @@ void FolderPickTest::askingAgainReplacesThePicker()
     const QPointer<QFileDialog> first = picker();
     m_manager->requestFolderAccess();
     QTRY_VERIFY_WITH_TIMEOUT(first.isNull() && picker() != nullptr, patience);
+}
+
+void FolderPickTest::askingTwiceInARowOpensOnePicker()
+{
+    restart();
+    const ShownDialogs shown;
+    m_manager->requestFolderAccess();
+    m_manager->requestFolderAccess();
+    QTRY_COMPARE_WITH_TIMEOUT(shown.count(), 1, patience);
+    QVERIFY(answersAreIn());
+    QCOMPARE(shown.count(), 1);
+    QCOMPARE(picker()->directoryUrl(), fileUrl(m_home->desktop()));
+}
+
+void FolderPickTest::aDiskThatDoesntAnswerKeepsNoPickerBack()
+{
+    restart();
+    const QString archive = makeFolder(QStringLiteral("Archive"));
+    const HeldQueue listing(BackgroundQueue::Listing);
+    HeldQueue held(BackgroundQueue::UserInitiated);
+    const ShownDialogs shown;
+    QElapsedTimer waited;
+    waited.start();
+    m_manager->requestFolderAccess();
+    QTRY_VERIFY_WITH_TIMEOUT(picker() != nullptr, patience);
+    QVERIFY2(waited.elapsed() >= 450, qPrintable(QString::number(waited.elapsed())));
+    QVERIFY(picker()->directoryUrl() != fileUrl(m_home->desktop()));
+    // Neither a late answer nor the time opens another one, or takes this one elsewhere.
+    const QPointer<QFileDialog> first = picker();
+    held.release();
+    QVERIFY(answersAreIn());
+    QCOMPARE(shown.count(), 1);
+    QCOMPARE(picker(), first.data());
+    QVERIFY(first->directoryUrl() != fileUrl(m_home->desktop()));
+    auto *const field = picker()->findChild<QLineEdit *>(QStringLiteral("fileNameEdit"));
+    field->setText(archive);
+    QTest::keyClick(field, Qt::Key_Return);
+    QTRY_COMPARE_WITH_TIMEOUT(m_manager->persistentAccessUrl(), fileUrl(archive), patience);
+}
+
+void FolderPickTest::aDiskThatAnswersLateIsHeardByTheNextPickerAlone()
+{
+    restart();
+    HeldQueue held(BackgroundQueue::UserInitiated);
+    const ShownDialogs shown;
+    for (int request = 1; request <= 2; ++request) {
+        m_manager->requestFolderAccess();
+        QTRY_COMPARE_WITH_TIMEOUT(shown.count(), request, patience);
+        QTest::keyClick(picker(), Qt::Key_Escape);
+        QTRY_VERIFY(picker() == nullptr);
+    }
+    m_manager->requestFolderAccess();
+    held.release();
+    QTRY_VERIFY_WITH_TIMEOUT(picker() != nullptr, patience);
+    QCOMPARE(picker()->directoryUrl(), fileUrl(m_home->desktop()));
+    QVERIFY(answersAreIn());
+    QCOMPARE(shown.count(), 3);
 }
 
 void FolderPickTest::ofSeveralPicksInARowTheLastCounts()

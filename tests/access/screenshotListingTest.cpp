@@ -20,7 +20,10 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <cstdio>
 #include <memory>
+#include <stop_token>
+#include <thread>
 
 namespace {
 
@@ -80,6 +83,7 @@ private Q_SLOTS:
     void aFolderIsListedOnce();
     void theBookmarkedFolderIsListedToo();
     void aFolderThatCannotBeListedIsToldAndLeftOut();
+    void aFolderThatGoesWhileItIsListedIsToldOnce();
     void aFolderThatCannotBeEnteredTellsOfEachFile();
     void aBookmarkThatCannotBeResolvedIsToldAndLeftOut();
     void aStaleBookmarkIsFollowedAndReplaced();
@@ -259,6 +263,33 @@ void screenshotListingTest::aFolderThatCannotBeListedIsToldAndLeftOut()
         QStringList{
             QStringLiteral("Error accessing directory ") + m_home->desktop() +
             QStringLiteral(": Error Domain=NSCocoaErrorDomain Code=4 \"No such file or directory\"")});
+}
+
+void screenshotListingTest::aFolderThatGoesWhileItIsListedIsToldOnce()
+{
+    const QString stays = QStringLiteral("Screenshot that stays.png");
+    files::write(m_home->pictures() + u'/' + stays);
+    constexpr qsizetype inFolder = 500;
+    for (qsizetype number = 0; number < inFolder; ++number) {
+        files::write(m_home->downloads() + QStringLiteral("/Screenshot %1.png").arg(number));
+    }
+    // Away before it is listed, between its names and their attributes, or after all.
+    std::jthread mover([folder = QFile::encodeName(m_home->downloads())](const std::stop_token &stop) {
+        const QByteArray elsewhere = folder + "-elsewhere";
+        while (!stop.stop_requested()) {
+            ::rename(folder.constData(), elsewhere.constData());
+            ::rename(elsewhere.constData(), folder.constData());
+        }
+    });
+    constexpr int rounds = 200;
+    for (int round = 0; round < rounds; ++round) {
+        const qsizetype linesBefore = m_output->lines().size();
+        const QList<ScreenshotItem> items = load();
+        const bool isGone = items.size() == 1;
+        QVERIFY(isGone || items.size() == 1 + inFolder);
+        QVERIFY(names(items).contains(stays));
+        QCOMPARE(m_output->lines().size() - linesBefore, isGone ? 1 : 0);
+    }
 }
 
 void screenshotListingTest::aFolderThatCannotBeEnteredTellsOfEachFile()
