@@ -21,14 +21,14 @@ bool RunningDecodes::mayBegin(const QString &folder) const
     return hanging == 0 || (active == 0 && hanging < mostHanging);
 }
 
-void RunningDecodes::begin(const QString &key, const QString &folder)
+void RunningDecodes::begin(quint64 decode, const QString &folder)
 {
-    m_decodes.insert(key, {.folder = folder, .deadline = QDeadlineTimer(m_limit)});
+    m_decodes.insert(decode, {.folder = folder, .deadline = QDeadlineTimer(m_limit)});
 }
 
-RunningDecodes::Outcome RunningDecodes::finish(const QString &key)
+RunningDecodes::Outcome RunningDecodes::finish(quint64 decode)
 {
-    return m_decodes.take(key).hangs ? Outcome::AfterHanging : Outcome::InTime;
+    return m_decodes.take(decode).hangs ? Outcome::AfterHanging : Outcome::InTime;
 }
 
 int RunningDecodes::findHanging()

@@ -17,10 +17,11 @@ public:
 
     [[nodiscard]] bool mayBegin(const QString &folder) const;
 
-    void begin(const QString &key, const QString &folder);
+    /// `decode`: by which it is known from now on.
+    void begin(quint64 decode, const QString &folder);
 
     enum class Outcome { InTime, AfterHanging };
-    Outcome finish(const QString &key);
+    Outcome finish(quint64 decode);
 
     /// Answers how many hang that didn't when this was called last.
     int findHanging();
@@ -41,5 +42,5 @@ private:
     };
 
     std::chrono::milliseconds m_limit;
-    QHash<QString, Decode> m_decodes;
+    QHash<quint64, Decode> m_decodes;
 };

@@ -189,20 +189,19 @@ void ScreenshotGalleryViewModel::copy(const QList<ScreenshotItem> &items, AfterC
     runInBackground(
         QCoreApplication::instance(), BackgroundQueue::UserInitiated,
         [paths = paths(items)] { return loadImages(paths); },
-        [copy = ImageCopy(), model = QPointer(this), message = copiedMessage(items),
-         afterwards](const QList<Image> &images) {
+        [copy = ImageCopy(), model = QPointer(this), number = ++m_startedCopies,
+         message = copiedMessage(items), afterwards](const QList<Image> &images) {
             copy.write(images);
             if (model) {
-                model->finishCopying(copy, message, afterwards);
+                model->finishCopying(number, message, afterwards);
             }
         });
 }
 
-void ScreenshotGalleryViewModel::finishCopying(
-    const ImageCopy &copy, const QString &message, AfterCopying afterwards)
+void ScreenshotGalleryViewModel::finishCopying(quint64 copy, const QString &message, AfterCopying afterwards)
 {
-    // What a later copy has put there has been confirmed already.
-    if (!copy.isSuperseded()) {
+    // Of copies that overlap the last one takes the others' place on the clipboard.
+    if (copy == m_startedCopies) {
         m_copyConfirmationMessage.set(message);
     }
     if (afterwards == AfterCopying::EndSelecting) {

@@ -11,8 +11,6 @@
 #include <optional>
 #include <utility>
 
-class ImageCopy;
-
 /// The state behind a gallery: the screenshots that a listing found, newest first, how many of them are
 /// shown, which are selected, and what is done with them.
 ///
@@ -90,8 +88,9 @@ public:
 
     void toggleSelection(const ScreenshotItem &item);
 
-    /// Puts the image on the clipboard and then sets the confirmation, even if the image couldn't be read.
-    /// The copy itself doesn't end with the model.
+    /// Puts the image on the clipboard and then sets the confirmation, even if the image couldn't be read or
+    /// somebody else's later copy lies there by then. Of copies of this model that overlap only the last one
+    /// is confirmed. The copy itself doesn't end with the model.
     void copyToClipboard(const ScreenshotItem &item);
 
     /// The same with all selected items that are shown, in the order in which they are; ends selecting.
@@ -108,7 +107,7 @@ private:
     void appendNextBatch();
     void displayMore(qsizetype count);
     void copy(const QList<ScreenshotItem> &items, AfterCopying afterwards);
-    void finishCopying(const ImageCopy &copy, const QString &message, AfterCopying afterwards);
+    void finishCopying(quint64 copy, const QString &message, AfterCopying afterwards);
     void finishDeletion(const QSet<QString> &movedIDs);
     void remove(const QSet<QString> &ids);
     void topUp();
@@ -126,6 +125,7 @@ private:
     const QList<SearchPathDirectory> m_fallbackPaths;
 
     quint64 m_startedListings = 0;
+    quint64 m_startedCopies = 0;
     bool m_isListing = false;
     int m_deletionsUnderWay = 0;
 };

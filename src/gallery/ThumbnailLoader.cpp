@@ -5,8 +5,6 @@
 #include "processMemory.h"
 #include "runInBackground.h"
 
-#include <QSet>
-
 #include <algorithm>
 
 namespace {
@@ -90,7 +88,7 @@ ThumbnailLoader::load(const QString &path, int maximumPixelSize, Priority priori
         m_requests.insert(number, {.key = key, .priority = priority, .done = std::move(done)});
         Decode &decode = m_decodes[key];
         decode.requests.append(number);
-        if (decode.requests.size() == 1 && !decode.hasBegun) {
+        if (decode.requests.size() == 1 && !decode.hasBegun()) {
             decode.path = path;
             decode.maximumPixelSize = maximumPixelSize;
             m_queue.add(key, priority);
@@ -110,7 +108,7 @@ void ThumbnailLoader::takeBack(quint64 number)
         return;
     }
     decode->requests.removeOne(number);
-    if (decode->hasBegun) {
+    if (decode->hasBegun()) {
         return;
     }
     if (decode->requests.isEmpty()) {
@@ -162,8 +160,8 @@ void ThumbnailLoader::beginDecodes()
 void ThumbnailLoader::beginDecode(const QString &key)
 {
     Decode &decode = m_decodes[key];
-    decode.hasBegun = true;
-    m_running.begin(key, folder(decode.path));
+    decode.number = ++m_lastDecode;
+    m_running.begin(decode.number, folder(decode.path));
     runInBackground(
         this, BackgroundQueue::Thumbnails,
         [decode = m_options.decode, path = decode.path, maximumPixelSize = decode.maximumPixelSize] {
@@ -171,15 +169,23 @@ void ThumbnailLoader::beginDecode(const QString &key)
             lowerThreadPriority();
             return decode(path, maximumPixelSize);
         },
-        [this, key](const DecodedThumbnail &thumbnail) { finishDecode(key, thumbnail); });
+        [this, number = decode.number, key](const DecodedThumbnail &thumbnail) {
+            finishDecode(number, key, thumbnail);
+        });
 }
 
-void ThumbnailLoader::finishDecode(const QString &key, const DecodedThumbnail &thumbnail)
+void ThumbnailLoader::finishDecode(quint64 number, const QString &key, const DecodedThumbnail &thumbnail)
 {
-    const Decode decode = m_decodes.take(key);
-    if (m_running.finish(key) == RunningDecodes::Outcome::AfterHanging) {
+    if (m_running.finish(number) == RunningDecodes::Outcome::AfterHanging) {
         pool().reserveThread();
     }
+    const auto found = m_decodes.constFind(key);
+    if (found == m_decodes.cend() || found->number != number) {
+        // Forgotten, and maybe begun anew.
+        beginDecodes();
+        return;
+    }
+    const Decode decode = m_decodes.take(key);
     m_cache.insert(decode.path, decode.maximumPixelSize, thumbnail);
     if (m_uses == 0) {
         m_releaseTimer.start(m_options.releaseDelay);
@@ -244,12 +250,27 @@ void ThumbnailLoader::forget(const QList<ThumbnailCache::Origin> &changed)
             paths.insert(origin.path);
         }
     }
+    forgetDecodes(paths);
     if (std::exchange(m_mustRevalidateAgain, false)) {
         revalidate();
     }
     for (const QString &path : std::as_const(paths)) {
         Q_EMIT dropped(path);
     }
+}
+
+/// Those that have begun may have seen the file as it was: who waits for one gets what is decoded anew.
+void ThumbnailLoader::forgetDecodes(const QSet<QString> &paths)
+{
+    m_decodes.removeIf(
+        [&paths](const auto &decode) { return paths.contains(decode->path) && decode->requests.isEmpty(); });
+    for (auto decode = m_decodes.begin(); decode != m_decodes.end(); ++decode) {
+        if (decode->hasBegun() && paths.contains(decode->path)) {
+            decode->number = 0;
+            m_queue.add(decode.key(), mostUrgent(*decode));
+        }
+    }
+    beginDecodes();
 }
 
 std::unique_ptr<ThumbnailUse> ThumbnailLoader::use()

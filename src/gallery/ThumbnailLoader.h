@@ -12,6 +12,7 @@
 #include <QImage>
 #include <QList>
 #include <QObject>
+#include <QSet>
 #include <QTimer>
 
 #include <chrono>
@@ -82,7 +83,9 @@ private:
         QString path;
         int maximumPixelSize = 0;
         QList<quint64> requests;
-        bool hasBegun = false;
+        quint64 number = 0; ///< 0 until it has begun
+
+        [[nodiscard]] bool hasBegun() const { return number != 0; }
     };
 
     struct Request {
@@ -96,13 +99,14 @@ private:
     [[nodiscard]] Priority mostUrgent(const Decode &decode) const;
     void beginDecodes();
     void beginDecode(const QString &key);
-    void finishDecode(const QString &key, const DecodedThumbnail &thumbnail);
+    void finishDecode(quint64 number, const QString &key, const DecodedThumbnail &thumbnail);
     void deliver(const QList<quint64> &requests, const QImage &image);
 
     void watchForHanging();
     void findHanging();
 
     void forget(const QList<ThumbnailCache::Origin> &changed);
+    void forgetDecodes(const QSet<QString> &paths);
 
     void beginUse();
     void endUse();
@@ -115,6 +119,7 @@ private:
     QHash<QString, Decode> m_decodes;   // by key
     QHash<quint64, Request> m_requests; // by number
     quint64 m_lastRequest = 0;
+    quint64 m_lastDecode = 0;
     bool m_isRevalidating = false;
     bool m_mustRevalidateAgain = false;
     int m_uses = 0;

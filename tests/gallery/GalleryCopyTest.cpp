@@ -1,5 +1,7 @@
 #include "CpuTime.h"
 #include "GalleryHome.h"
+#include "HeldQueue.h"
+#include "ImageCopy.h"
 #include "TestImages.h"
 
 #include <QClipboard>
@@ -54,6 +56,8 @@ private Q_SLOTS:
     void ofSeveralTheOnlyImageIsItsOwnBytes();
     void ofSeveralNoneThatLoadsLeavesTheClipboard();
     void hostileNamesAreCopied();
+    void whatSomebodyElseCopiesInTheMeantimeDoesNotSilenceIt();
+    void ofCopiesThatOverlapTheLastIsConfirmed();
     void aCopyDoesNotEndWithItsModel();
     void anImageThatGoesToTheTrashCanStillBePasted();
     void aLargeFileIsNotReadByTheMainThread();
@@ -303,6 +307,41 @@ void GalleryCopyTest::hostileNamesAreCopied()
         QCOMPARE(url.toLocalFile(), model.displayedScreenshots().at(position).id);
     }
     QCOMPARE(onClipboard().urls().size(), 3);
+}
+
+void GalleryCopyTest::whatSomebodyElseCopiesInTheMeantimeDoesNotSilenceIt()
+{
+    ScreenshotGalleryViewModel model;
+    loadThree(model);
+    HeldQueue copies(BackgroundQueue::UserInitiated);
+    model.copyToClipboard(model.displayedScreenshots().at(0));
+    const QString newer = model.displayedScreenshots().at(1).id;
+    QVERIFY(ImageCopy().write(ImageCopy::load({newer}, [](const QString &) {})));
+    copies.release();
+    waitForCopies();
+    QCOMPARE(onClipboard().data(QStringLiteral("image/png")), contents(newer));
+    QCOMPARE(
+        model.copyConfirmationMessage(),
+        QStringLiteral("'Screenshot 1.png' has been copied to your clipboard"));
+}
+
+void GalleryCopyTest::ofCopiesThatOverlapTheLastIsConfirmed()
+{
+    ScreenshotGalleryViewModel model;
+    loadThree(model);
+    QStringList before;
+    connect(&model, &ObservableObject::objectWillChange, this, [&model, &before] {
+        before.append(model.copyConfirmationMessage().value_or(QString()));
+    });
+    HeldQueue copies(BackgroundQueue::UserInitiated);
+    model.copyToClipboard(model.displayedScreenshots().at(0));
+    model.copyToClipboard(model.displayedScreenshots().at(1));
+    copies.release();
+    waitForCopies();
+    QCOMPARE(before, QStringList(QString()));
+    QCOMPARE(
+        model.copyConfirmationMessage(),
+        QStringLiteral("'Screenshot 2.png' has been copied to your clipboard"));
 }
 
 void GalleryCopyTest::aCopyDoesNotEndWithItsModel()

@@ -20,12 +20,18 @@ constexpr int gapAfterSymbol = 12;
 constexpr int chevronSide = 16;
 constexpr int gapBetweenLines = 2;
 
-void drawLine(QPainter &painter, const QRect &line, TextStyle style, const QString &text)
+/// In as many lines as the place has room for.
+void drawText(QPainter &painter, const QRect &place, TextStyle style, const QString &text)
 {
     painter.setFont(font(style));
-    painter.drawText(
-        line, Qt::AlignLeading | Qt::AlignVCenter | Qt::TextSingleLine,
-        painter.fontMetrics().elidedText(text, Qt::ElideRight, line.width()));
+    const bool isOneLine = place.height() < 2 * lineHeight(style);
+    constexpr int alignment = Qt::AlignLeading | Qt::AlignVCenter;
+    if (isOneLine) {
+        const QString shown = painter.fontMetrics().elidedText(text, Qt::ElideRight, place.width());
+        painter.drawText(place, alignment | Qt::TextSingleLine, shown);
+    } else {
+        painter.drawText(place, alignment | Qt::TextWordWrap, text);
+    }
 }
 
 } // namespace
@@ -80,17 +86,21 @@ void AccessBanner::paintFace(QPainter &painter) const
 void AccessBanner::paintTexts(QPainter &painter) const
 {
     const Theme &theme = Theme::current();
-    const int titleHeight = lineHeight(TextStyle::Headline);
-    const int detailHeight = lineHeight(TextStyle::Subheadline);
     const int left = padding + symbolSide + gapAfterSymbol;
-    QRect line(
+    const int width = box().width() - left - padding - chevronSide - gapAfterSymbol;
+    const int titleHeight = lineHeight(TextStyle::Headline);
+    // In the settings' window it is too long for one line.
+    const int detailLines =
+        QFontMetrics(::font(TextStyle::Subheadline)).horizontalAdvance(m_detail) > width ? 2 : 1;
+    const int detailHeight = detailLines * lineHeight(TextStyle::Subheadline);
+    QRect place(
         box().left() + left, box().top() + (faceHeight - titleHeight - gapBetweenLines - detailHeight) / 2,
-        box().width() - left - padding - chevronSide - gapAfterSymbol, titleHeight);
+        width, titleHeight);
     painter.setPen(theme.primary);
-    drawLine(painter, mirrored(line), TextStyle::Headline, text());
-    line = QRect(line.left(), line.bottom() + 1 + gapBetweenLines, line.width(), detailHeight);
+    drawText(painter, mirrored(place), TextStyle::Headline, text());
+    place = QRect(place.left(), place.bottom() + 1 + gapBetweenLines, width, detailHeight);
     painter.setPen(theme.secondary);
-    drawLine(painter, mirrored(line), TextStyle::Subheadline, m_detail);
+    drawText(painter, mirrored(place), TextStyle::Subheadline, m_detail);
 }
 
 void AccessBanner::paintSymbols(QPainter &painter) const

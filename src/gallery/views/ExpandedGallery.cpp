@@ -12,7 +12,9 @@
 #include "Theme.h"
 #include "galleryTexts.h"
 
+#include <QEvent>
 #include <QPainter>
+#include <QScrollBar>
 
 #include <algorithm>
 
@@ -41,23 +43,41 @@ ExpandedGallery::ExpandedGallery(
       m_loadMore(new PushButton(PushButton::Kind::Bordered, {}, m_contents)),
       m_footer(new TextLabel(TextStyle::Callout, {}, m_contents))
 {
+    // It fills itself with one colour: what lies behind it needn't be painted.
+    setAttribute(Qt::WA_OpaquePaintEvent);
     m_footer->setColor(TextColor::Secondary);
     m_banner->hide();
     m_scrollArea->setWidget(m_contents);
     m_grid->onReveal = [this](const QRect &cell) { reveal(cell); };
     connect(m_banner, &AccessBanner::clicked, this, actions.openAccessSettings);
     connect(m_loadMore, &PushButton::clicked, this, [this] { m_model.loadMore(); });
+    m_banner->installEventFilter(this);
+    m_loadMore->installEventFilter(this);
     repaintWithTheme(*this);
 }
 
 void ExpandedGallery::render(const GalleryViewState &state)
 {
     m_toolbar->render(state.gridSize);
-    m_grid->setMetrics(GalleryGridMetrics::expanded(state.gridSize));
+    const GalleryGridMetrics metrics = GalleryGridMetrics::expanded(state.gridSize);
+    const int kept = metrics == m_grid->metrics() ? -1 : m_grid->cellInSight();
+    const int topBefore = kept >= 0 ? topOf(kept) : 0;
+    m_grid->setMetrics(metrics);
     renderContents(state);
     renderLoadMore();
     layOut();
     m_grid->render();
+    if (kept >= 0) {
+        QScrollBar *const bar = m_scrollArea->verticalScrollBar();
+        bar->setValue(bar->value() + topOf(kept) - topBefore);
+        m_grid->reveal(kept);
+    }
+}
+
+/// In the coordinates of what is scrolled.
+int ExpandedGallery::topOf(int cell) const
+{
+    return m_grid->y() + m_grid->cellRect(cell).top();
 }
 
 void ExpandedGallery::renderContents(const GalleryViewState &state)
@@ -73,6 +93,10 @@ void ExpandedGallery::renderContents(const GalleryViewState &state)
 void ExpandedGallery::renderLoadMore()
 {
     const bool isLoading = m_model.isLoadingMore();
+    if (isLoading && window()->focusWidget() == m_loadMore) {
+        // Disabled, it would leave the keyboard to the toolbar.
+        m_grid->setFocus();
+    }
     m_loadMore->setVisible(m_model.hasMore());
     m_loadMore->setEnabled(!isLoading);
     m_loadMore->setSymbol(QStringLiteral("arrow.down.circle"));
@@ -81,6 +105,15 @@ void ExpandedGallery::renderLoadMore()
     m_footer->setVisible(m_model.hasMore());
     m_footer->setText(
         galleryTexts::footer(m_model.displayedScreenshots().size(), m_model.allScreenshots().size()));
+}
+
+bool ExpandedGallery::eventFilter(QObject *watched, QEvent *event)
+{
+    // The toolkit scrolls only where Tab has been pressed within what is scrolled.
+    if (event->type() == QEvent::FocusIn) {
+        m_scrollArea->ensureWidgetVisible(static_cast<QWidget *>(watched));
+    }
+    return GalleryLayout::eventFilter(watched, event);
 }
 
 void ExpandedGallery::resizeEvent(QResizeEvent *event)
@@ -102,12 +135,13 @@ void ExpandedGallery::layOut()
 
 void ExpandedGallery::layOutContents()
 {
-    const QSize viewport = m_scrollArea->viewport()->size();
-    const bool isNarrow = viewport.width() < GalleryToolbar::leastWidthOfOneRow;
-    const int side = isNarrow ? GalleryToolbar::sideMargin(viewport.width()) : padding;
-    const int available = viewport.width() - 2 * side;
+    // The viewport has this size too, but while nothing is shown the toolkit puts off giving it.
+    const QSize area = m_scrollArea->size();
+    const bool isNarrow = area.width() < GalleryToolbar::leastWidthOfOneRow;
+    const int side = isNarrow ? GalleryToolbar::sideMargin(area.width()) : padding;
+    const int available = area.width() - 2 * side;
     const int gridWidth = m_grid->gridWidth(available);
-    const int left = (viewport.width() - gridWidth) / 2;
+    const int left = (area.width() - gridWidth) / 2;
 
     int top = isNarrow ? paddingOfNarrowHost : padding;
     if (!m_banner->isHidden()) {
@@ -117,8 +151,8 @@ void ExpandedGallery::layOutContents()
         top += AccessBanner::faceHeight + gapAfterBanner;
     }
     // In the middle of the window rather than of what the toolbar leaves of it.
-    const int placeholderHeight = viewport.height() - top - padding - m_toolbar->height();
-    m_placeholder->setGeometry(0, top, viewport.width(), std::max(0, placeholderHeight));
+    const int placeholderHeight = area.height() - top - padding - m_toolbar->height();
+    m_placeholder->setGeometry(0, top, area.width(), std::max(0, placeholderHeight));
     if (!m_grid->isHidden()) {
         constexpr int outset = GalleryGrid::outset;
         const int gridHeight = m_grid->heightForWidth(gridWidth + 2 * outset) - 2 * outset;
@@ -128,7 +162,7 @@ void ExpandedGallery::layOutContents()
     }
     if (!m_loadMore->isHidden()) {
         top += gapBeforeLoadMore;
-        layOutLoadMore(top, viewport.width());
+        layOutLoadMore(top, area.width());
         top += loadMoreHeight + gapBeforeFooter + lineHeight(TextStyle::Callout);
     }
     m_contents->setMinimumHeight(top + padding);

@@ -24,6 +24,8 @@ public:
 
     [[nodiscard]] GalleryGrid &grid() const override { return *m_grid; }
 
+    bool eventFilter(QObject *watched, QEvent *event) override;
+
 protected:
     void resizeEvent(QResizeEvent *event) override;
     void paintEvent(QPaintEvent *event) override;
@@ -35,6 +37,7 @@ private:
     void layOutContents();
     void layOutLoadMore(int top, int width);
     void reveal(const QRect &cell);
+    [[nodiscard]] int topOf(int cell) const;
 
     ScreenshotGalleryViewModel &m_model;
 

@@ -4,6 +4,7 @@
 #include "ScreenshotGalleryViewModel.h"
 #include "galleryDrag.h"
 #include "galleryKeys.h"
+#include "outgoingDrag.h"
 #include "screenshotDescription.h"
 
 #include <QApplication>
@@ -42,7 +43,7 @@ GalleryGrid::GalleryGrid(ScreenshotGalleryViewModel &model, QWidget *parent)
     policy.setHeightForWidth(true);
     setSizePolicy(policy);
     ThumbnailLoader &loader = ThumbnailLoader::shared();
-    connect(&loader, &ThumbnailLoader::dropped, this, [this](const QString &path) { m_cells.reload(path); });
+    connect(&loader, &ThumbnailLoader::dropped, this, [this](const QString &path) { reload(path); });
 }
 
 GalleryGrid::~GalleryGrid() = default;
@@ -59,10 +60,13 @@ void GalleryGrid::render()
     if (!m_model.isSelectionMode()) {
         m_selection.forget();
     }
-    findCurrentAgain();
+    const bool hasMoved = findCurrentAgain();
     updateGeometry();
     updateCells();
     GalleryGridAccessible::update(*this);
+    if (hasMoved && hasFocus()) {
+        GalleryGridAccessible::tellFocus(*this);
+    }
 }
 
 int GalleryGrid::count() const
@@ -131,6 +135,21 @@ QRect GalleryGrid::rectInSight() const
     return inSight;
 }
 
+int GalleryGrid::cellInSight() const
+{
+    const QRect inSight = rectInSight();
+    if (m_currentIndex >= 0 && inSight.intersects(cellRect(m_currentIndex))) {
+        return m_currentIndex;
+    }
+    const GalleryGridGeometry::Range range = layout().rowsIn(inSight);
+    for (int index = range.first; index < range.end; ++index) {
+        if (inSight.contains(cellRect(index))) {
+            return index;
+        }
+    }
+    return -1;
+}
+
 GalleryThumbnail *GalleryGrid::thumbnailAt(int index) const
 {
     return index >= 0 && index < count() ? m_cells.find(screenshotAt(index).id) : nullptr;
@@ -157,6 +176,16 @@ void GalleryGrid::updateCells()
     if (isVisible()) {
         m_cells.update(layout(), rectInSight());
         updateAttention();
+    }
+}
+
+/// Hidden, it would take the threads from what is in sight: then it waits until it is shown.
+void GalleryGrid::reload(const QString &path)
+{
+    if (isVisible()) {
+        m_cells.reload(path);
+    } else if (m_cells.find(path) != nullptr) {
+        m_changedWhileHidden.insert(path);
     }
 }
 
@@ -198,6 +227,10 @@ void GalleryGrid::showEvent(QShowEvent *event)
     QWidget::showEvent(event);
     m_use = ThumbnailLoader::shared().use();
     watchAncestors();
+    const QSet<QString> changed = std::exchange(m_changedWhileHidden, {});
+    for (const QString &path : changed) {
+        m_cells.reload(path);
+    }
     updateCells();
 }
 
@@ -295,9 +328,7 @@ void GalleryGrid::startDrag()
     if (cell == nullptr) {
         return;
     }
-    // Of the application, because in the loop that a drag runs everything can go, the grid too. It deletes
-    // itself afterwards.
-    auto *drag = new QDrag(QCoreApplication::instance());
+    QDrag *const drag = outgoingDrag::make();
     drag->setMimeData(galleryDrag::files(galleryDrag::screenshots(m_model, cell->screenshot())).release());
     drag->setPixmap(galleryDrag::picture(*cell));
     drag->setHotSpot(m_pressPoint - cell->pos() - QPoint(GalleryThumbnail::outset, GalleryThumbnail::outset));
@@ -374,28 +405,42 @@ void GalleryGrid::makeCurrent(int index)
     }
 }
 
-/// The position stays with its screenshot; where that has gone, with its place.
-void GalleryGrid::findCurrentAgain()
+bool GalleryGrid::findCurrentAgain()
 {
     if (m_currentIndex < 0) {
-        return;
+        return false;
     }
     const QList<ScreenshotItem> &screenshots = m_model.displayedScreenshots();
     if (m_currentIndex < count() && screenshotAt(m_currentIndex).id == m_currentID) {
-        return;
+        return false;
     }
     const auto found = std::ranges::find(screenshots, m_currentID, &ScreenshotItem::id);
     m_currentIndex = found != screenshots.end() ? static_cast<int>(found - screenshots.begin())
                                                 : std::min(m_currentIndex, count() - 1);
     m_currentID = m_currentIndex < 0 ? QString() : screenshotAt(m_currentIndex).id;
+    return true;
 }
 
 void GalleryGrid::reveal(int index)
 {
     if (onReveal) {
-        constexpr int reach = focusRingReach;
-        onReveal(cellRect(index).adjusted(-reach, -reach, reach, reach));
+        onReveal(ringRect(index));
     }
+}
+
+QRect GalleryGrid::ringRect(int index) const
+{
+    constexpr int reach = focusRingReach;
+    return cellRect(index).adjusted(-reach, -reach, reach, reach);
+}
+
+QVariant GalleryGrid::inputMethodQuery(Qt::InputMethodQuery query) const
+{
+    // What a scroll area brings into sight when Tab comes here: else the middle of the grid.
+    if (query == Qt::ImCursorRectangle && m_currentIndex >= 0) {
+        return ringRect(m_currentIndex);
+    }
+    return QWidget::inputMethodQuery(query);
 }
 
 void GalleryGrid::keyPressEvent(QKeyEvent *event)
@@ -429,6 +474,9 @@ void GalleryGrid::focusInEvent(QFocusEvent *event)
     case Qt::BacktabFocusReason:
     case Qt::ShortcutFocusReason:
         m_focusRing = FocusRing::Shown;
+        if (m_currentIndex >= 0) {
+            reveal(m_currentIndex);
+        }
         break;
     case Qt::MouseFocusReason:
         m_focusRing = FocusRing::Hidden;

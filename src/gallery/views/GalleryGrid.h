@@ -6,6 +6,7 @@
 #include "ScreenshotItem.h"
 #include "ThumbnailLoader.h"
 
+#include <QSet>
 #include <QWidget>
 
 #include <functional>
@@ -65,6 +66,10 @@ public:
     [[nodiscard]] QRect cellRect(int index) const;
     /// -1 where no cell is.
     [[nodiscard]] int indexAt(QPoint point) const;
+    /// The one that the keyboard is at, where that is in sight, else the first that is so as a whole; -1
+    /// where none is.
+    [[nodiscard]] int cellInSight() const;
+    void reveal(int index);
     /// The part of the grid that isn't cut off by what it lies in; empty while it isn't shown.
     [[nodiscard]] QRect rectInSight() const;
 
@@ -80,6 +85,8 @@ public:
     [[nodiscard]] int heightForWidth(int width) const override;
     [[nodiscard]] QSize sizeHint() const override;
     [[nodiscard]] QSize minimumSizeHint() const override;
+
+    [[nodiscard]] QVariant inputMethodQuery(Qt::InputMethodQuery query) const override;
 
     bool eventFilter(QObject *watched, QEvent *event) override;
 
@@ -108,11 +115,15 @@ private:
 
     void watchAncestors();
     void updateCells();
+    void reload(const QString &path);
     void updateAttention();
-    void findCurrentAgain();
+    /// The keyboard's position stays with its screenshot; where that has gone, with its place. False where it
+    /// and its screenshot are what they were.
+    bool findCurrentAgain();
 
     void makeCurrent(int index);
-    void reveal(int index);
+    /// The cell with its focus ring.
+    [[nodiscard]] QRect ringRect(int index) const;
     void tapScreenshot(const ScreenshotItem &screenshot);
     void startDrag();
     void showToolTip(const QHelpEvent &event);
@@ -122,6 +133,7 @@ private:
     GallerySelection m_selection;
 
     GalleryCells m_cells;
+    QSet<QString> m_changedWhileHidden; // paths
     std::unique_ptr<ThumbnailUse> m_use;
 
     /// Where the pointer was last, on the screen: it stays there while the cells move under it.

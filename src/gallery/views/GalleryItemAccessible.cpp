@@ -2,6 +2,7 @@
 
 #include "GalleryGrid.h"
 #include "ScreenshotGalleryViewModel.h"
+#include "fileNameText.h"
 #include "screenshotDescription.h"
 
 #include <QWindow>
@@ -31,7 +32,7 @@ QString GalleryItemAccessible::text(QAccessible::Text kind) const
     case QAccessible::Name:
         return QStringLiteral("%1, %2")
             .arg(m_index + 1, 2, 10, QLatin1Char('0'))
-            .arg(screenshotDescription::displayName(screenshot.name()));
+            .arg(fileNameText::displayed(screenshot.name()));
     case QAccessible::Description:
         return screenshotDescription::details(screenshot);
     default:

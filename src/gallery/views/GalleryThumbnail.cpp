@@ -3,6 +3,7 @@
 #include "Theme.h"
 #include "Typography.h"
 #include "thumbnailPainting.h"
+#include "thumbnailPictures.h"
 
 #include <QEvent>
 #include <QPainter>
@@ -144,6 +145,12 @@ bool GalleryThumbnail::event(QEvent *event)
     return QWidget::event(event);
 }
 
+void GalleryThumbnail::hideEvent(QHideEvent *event)
+{
+    QWidget::hideEvent(event);
+    m_framedImage = QImage();
+}
+
 QRect GalleryThumbnail::frame() const
 {
     return {QPoint(outset, outset), imageSize()};
@@ -166,67 +173,72 @@ void GalleryThumbnail::paintEvent(QPaintEvent * /*event*/)
 {
     QPainter painter(this);
     painter.setRenderHints(QPainter::Antialiasing | QPainter::SmoothPixmapTransform);
-    frameImage(thumbnailPainting::pixelRatio(painter));
+    const ThumbnailFrame own{
+        .rect = frame(),
+        .cornerRadius = cornerRadius(),
+        .pixelRatio = thumbnailPainting::pixelRatio(painter),
+    };
+    frameImage(own);
     paintCaption(painter);
-    paintCell(painter);
+    paintCell(painter, own);
 }
 
-void GalleryThumbnail::paintCell(QPainter &painter) const
+void GalleryThumbnail::paintCell(QPainter &painter, const ThumbnailFrame &frame) const
 {
     if (m_attention.isPressed) {
-        const QPointF centre = QRectF(frame()).center();
+        thumbnailPainting::alignToPixels(painter, frame.rect.topLeft());
+        const QPointF centre = QRectF(frame.rect).center();
         painter.translate(centre);
         painter.scale(pressedScale, pressedScale);
         painter.translate(-centre);
     } else {
         painter.translate(0, -hoverLift * m_hover.value());
+        thumbnailPainting::alignToPixels(painter, frame.rect.topLeft());
         painter.setOpacity(m_hover.value());
         if (painter.opacity() > 0) {
-            thumbnailPainting::paintShadow(painter, frame(), cornerRadius());
+            thumbnailPainting::paintShadow(painter, frame);
         }
         painter.setOpacity(1);
     }
-    paintThumbnail(painter);
-    paintSigns(painter);
+    paintThumbnail(painter, frame);
+    paintSigns(painter, frame);
 }
 
-void GalleryThumbnail::frameImage(qreal ratio)
+void GalleryThumbnail::frameImage(const ThumbnailFrame &frame)
 {
-    if (m_framedImage.isNull() || m_framedImage.devicePixelRatio() != ratio) {
-        m_framedImage = m_thumbnailImage.isNull()
-                            ? QImage()
-                            : thumbnailPainting::framed(m_thumbnailImage, imageSize(), ratio);
+    if (!m_thumbnailImage.isNull() &&
+        (m_framedImage.isNull() || m_framedImage.devicePixelRatio() != frame.pixelRatio)) {
+        m_framedImage = thumbnailPictures::framed(m_thumbnailImage, frame);
     }
 }
 
-void GalleryThumbnail::paintThumbnail(QPainter &painter) const
+void GalleryThumbnail::paintThumbnail(QPainter &painter, const ThumbnailFrame &frame) const
 {
-    const bool isCovered =
-        !m_framedImage.isNull() && !m_framedImage.hasAlphaChannel() && m_presence.value() == 1;
+    const bool isCovered = m_presence.value() == 1 && thumbnailPictures::covers(m_thumbnailImage);
     if (!isCovered) {
-        thumbnailPainting::paintPlaceholder(painter, frame(), cornerRadius());
+        thumbnailPainting::paintPlaceholder(painter, frame);
     }
     if (!m_framedImage.isNull()) {
         painter.setOpacity(m_presence.value());
-        thumbnailPainting::paintImage(painter, frame(), cornerRadius(), m_framedImage);
+        painter.drawImage(frame.rect.topLeft(), m_framedImage);
         if (m_attention.isPressed) {
-            thumbnailPainting::paintShade(painter, frame(), cornerRadius());
+            thumbnailPainting::paintShade(painter, frame);
         } else if (m_hover.value() > 0) {
             painter.setOpacity(m_presence.value() * m_hover.value());
-            thumbnailPainting::paintLight(painter, frame(), cornerRadius());
+            thumbnailPainting::paintLight(painter, frame);
         }
         painter.setOpacity(1);
     } else if (m_isUnreadable) {
-        thumbnailPainting::paintUnreadable(painter, frame());
+        thumbnailPainting::paintUnreadable(painter, frame);
     }
-    thumbnailPainting::paintEdge(painter, frame(), cornerRadius());
+    thumbnailPainting::paintEdge(painter, frame);
 }
 
-void GalleryThumbnail::paintSigns(QPainter &painter) const
+void GalleryThumbnail::paintSigns(QPainter &painter, const ThumbnailFrame &frame) const
 {
     if (m_ring.value() > 0) {
         painter.setOpacity(m_ring.value());
-        thumbnailPainting::paintSelectionRing(painter, frame(), cornerRadius());
+        thumbnailPainting::paintSelectionRing(painter, frame);
         painter.setOpacity(1);
     }
     if (isSelectionMode()) {
@@ -243,7 +255,7 @@ void GalleryThumbnail::paintSigns(QPainter &painter) const
         painter.setOpacity(1);
     }
     if (m_attention.hasFocus) {
-        thumbnailPainting::paintFocusRing(painter, frame(), cornerRadius());
+        thumbnailPainting::paintFocusRing(painter, frame);
     }
 }
 

@@ -2,6 +2,7 @@
 
 #include "GalleryGridMetrics.h"
 #include "ScreenshotItem.h"
+#include "ThumbnailFrame.h"
 #include "ThumbnailLoader.h"
 #include "Transition.h"
 
@@ -88,6 +89,7 @@ public:
 
 protected:
     bool event(QEvent *event) override;
+    void hideEvent(QHideEvent *event) override;
     void paintEvent(QPaintEvent *event) override;
 
 private:
@@ -98,11 +100,11 @@ private:
     [[nodiscard]] QRect frame() const;
     [[nodiscard]] QRectF badgeBox(qreal side) const;
     [[nodiscard]] qreal selectionBadgeSide() const;
-    void paintCell(QPainter &painter) const;
-    /// Scales the image for a screen of this ratio, once.
-    void frameImage(qreal ratio);
-    void paintThumbnail(QPainter &painter) const;
-    void paintSigns(QPainter &painter) const;
+    void paintCell(QPainter &painter, const ThumbnailFrame &frame) const;
+    /// Makes the image as it is painted, once for a screen.
+    void frameImage(const ThumbnailFrame &frame);
+    void paintThumbnail(QPainter &painter, const ThumbnailFrame &frame) const;
+    void paintSigns(QPainter &painter, const ThumbnailFrame &frame) const;
     void paintCaption(QPainter &painter) const;
 
     ScreenshotItem m_screenshot;
@@ -112,7 +114,7 @@ private:
     bool m_isUnreadable = false;
     Attention m_attention;
     QImage m_thumbnailImage;
-    /// The same as it is painted, in the pixels of the screen.
+    /// The same as it is painted, in the pixels of the screen. Null while the cell is hidden.
     QImage m_framedImage;
     std::unique_ptr<ThumbnailTicket> m_ticket;
 

@@ -4,7 +4,6 @@
 #include "ExpandedGallery.h"
 #include "FileAccessManager.h"
 #include "GalleryGrid.h"
-#include "NotificationCenter.h"
 #include "NotificationManager.h"
 #include "ScreenshotGalleryViewModel.h"
 #include "Sheet.h"
@@ -13,7 +12,7 @@
 #include "galleryItemMenu.h"
 #include "gallerySheets.h"
 #include "renderOnChange.h"
-#include "runInBackground.h"
+#include "whenWindowActivated.h"
 
 #include <QKeyEvent>
 
@@ -28,16 +27,19 @@ ScreenshotGalleryView::ScreenshotGalleryView(
       m_onClosePopover(std::move(onClosePopover)),
       m_viewModel(
           std::make_unique<ScreenshotGalleryViewModel>(configuration.batchSize, configuration.fallbackPaths)),
+      m_folderAccess(FileAccessManager::shared()),
       m_layout(makeLayout())
 {
     grid().onContextMenu = [this](const ScreenshotItem &item, QPoint position) {
         showItemMenu(item, position);
     };
-    setFocusProxy(&grid());
     renderOnChange(*m_viewModel, *this, [this] { render(); });
-    NotificationCenter::defaultCenter().addObserver(
-        FileAccessManager::folderAccessGranted, this,
-        [this](const ProcessNotification &) { checkFolderAccess(); });
+    whenWindowActivated(*this, [this] { m_folderAccess.ask(); });
+    connect(&m_folderAccess, &FolderAccessCheck::changed, this, [this] {
+        // Until it is known, the folder counts as readable.
+        m_state.hasFolderAccess = m_folderAccess.lastAnswer().value_or(true);
+        render();
+    });
     render();
 }
 
@@ -71,12 +73,16 @@ void ScreenshotGalleryView::setGridSize(GalleryGridSize size)
 void ScreenshotGalleryView::showEvent(QShowEvent *event)
 {
     QWidget::showEvent(event);
-    if (!m_hasAppeared) {
-        m_hasAppeared = true;
+    // Beside something else it waits for its turn.
+    if (!std::exchange(m_hasAppeared, true) && window()->focusWidget() == nullptr) {
         setFocus();
+    }
+    // A window that is minimized and comes back is where it was.
+    if (!event->spontaneous()) {
         refresh();
     }
-    checkFolderAccess();
+    m_folderAccess.ask();
+    renderSheet();
 }
 
 void ScreenshotGalleryView::resizeEvent(QResizeEvent *event)
@@ -85,30 +91,10 @@ void ScreenshotGalleryView::resizeEvent(QResizeEvent *event)
     m_layout->resize(size());
 }
 
-void ScreenshotGalleryView::changeEvent(QEvent *event)
-{
-    QWidget::changeEvent(event);
-    if (event->type() == QEvent::ActivationChange && isActiveWindow()) {
-        checkFolderAccess();
-    }
-}
-
 void ScreenshotGalleryView::refresh()
 {
     m_viewModel->loadScreenshots();
     ThumbnailLoader::shared().revalidate();
-}
-
-/// The folder's file system may take its time, so the last answer stands until the next one.
-void ScreenshotGalleryView::checkFolderAccess()
-{
-    runInBackground(
-        this, BackgroundQueue::Listing, [] { return FileAccessManager::shared().hasValidAccess(); },
-        [this](bool hasAccess) {
-            if (std::exchange(m_state.hasFolderAccess, hasAccess) != hasAccess) {
-                render();
-            }
-        });
 }
 
 void ScreenshotGalleryView::expandToFull() const
@@ -140,13 +126,22 @@ void ScreenshotGalleryView::leaveSelection()
 
 void ScreenshotGalleryView::render()
 {
+    if (window()->focusWidget() == &grid() && m_viewModel->displayedScreenshots().isEmpty()) {
+        // The toolkit would give the keyboard, and so the focus ring, to whatever comes next.
+        setFocus();
+    }
     m_layout->render(m_state);
+    // No focus proxy, which would have Tab stop at the view too, and so go back to the grid each time round.
+    if (window()->focusWidget() == this && !grid().isHidden()) {
+        grid().setFocus();
+    }
     renderSheet();
 }
 
 void ScreenshotGalleryView::renderSheet()
 {
-    if (m_sheet) {
+    // Hidden, it has no place for a sheet: that waits until it is shown.
+    if (m_sheet || !isVisible()) {
         return;
     }
     if (const auto &message = m_viewModel->copyConfirmationMessage()) {

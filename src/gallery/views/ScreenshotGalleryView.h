@@ -1,5 +1,6 @@
 #pragma once
 
+#include "FolderAccessCheck.h"
 #include "GalleryConfiguration.h"
 #include "GalleryLayout.h"
 
@@ -14,10 +15,12 @@ class Sheet;
 struct ScreenshotItem;
 
 /// The whole gallery, in the popover or in a window: shows the state of its model, which it owns, and calls
-/// its operations. It lists the folders when it appears.
+/// its operations. It lists the folders each time it appears; what it showed before stays until then.
 ///
 /// Its hosts are the popover under the status item, the gallery's window and the settings' page; each gives
 /// its configuration. Questions and confirmations stand as sheets inside the host's window. Main thread.
+///
+/// It has the keyboard, without a focus ring, while there is no grid to have it.
 class ScreenshotGalleryView final : public QWidget {
     Q_OBJECT
 
@@ -46,7 +49,6 @@ public:
 protected:
     void showEvent(QShowEvent *event) override;
     void resizeEvent(QResizeEvent *event) override;
-    void changeEvent(QEvent *event) override;
     void keyPressEvent(QKeyEvent *event) override;
 
 private:
@@ -58,7 +60,6 @@ private:
     void answerDeletion(bool isConfirmed);
 
     void refresh();
-    void checkFolderAccess();
     void expandToFull() const;
     void leaveSelection();
     void leaveForOtherProgram() const;
@@ -72,6 +73,7 @@ private:
     const std::function<void()> m_onClosePopover;
     const std::unique_ptr<ScreenshotGalleryViewModel> m_viewModel;
     GalleryViewState m_state;
+    FolderAccessCheck m_folderAccess;
 
     GalleryLayout *m_layout;
     QPointer<Sheet> m_sheet;

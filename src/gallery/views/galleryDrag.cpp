@@ -3,6 +3,7 @@
 #include "GalleryThumbnail.h"
 #include "ScreenshotGalleryViewModel.h"
 #include "thumbnailPainting.h"
+#include "thumbnailPictures.h"
 
 #include <QMimeData>
 #include <QPainter>
@@ -30,20 +31,21 @@ std::unique_ptr<QMimeData> galleryDrag::files(const QList<ScreenshotItem> &scree
 
 QPixmap galleryDrag::picture(const GalleryThumbnail &cell)
 {
-    const qreal ratio = cell.devicePixelRatioF();
-    QPixmap picture((QSizeF(cell.imageSize()) * ratio).toSize());
-    picture.setDevicePixelRatio(ratio);
+    const ThumbnailFrame frame{
+        .rect = {QPoint(), cell.imageSize()},
+        .cornerRadius = cell.cornerRadius(),
+        .pixelRatio = cell.devicePixelRatioF(),
+    };
+    QPixmap picture(frame.pixelSize());
+    picture.setDevicePixelRatio(frame.pixelRatio);
     picture.fill(Qt::transparent);
     QPainter painter(&picture);
     painter.setRenderHint(QPainter::Antialiasing);
-    const QRectF frame(QPointF(), cell.imageSize());
     if (cell.thumbnailImage().isNull()) {
-        thumbnailPainting::paintPlaceholder(painter, frame, cell.cornerRadius());
+        thumbnailPainting::paintPlaceholder(painter, frame);
     } else {
-        thumbnailPainting::paintImage(
-            painter, frame, cell.cornerRadius(),
-            thumbnailPainting::framed(cell.thumbnailImage(), cell.imageSize(), ratio));
+        painter.drawImage(0, 0, thumbnailPictures::framed(cell.thumbnailImage(), frame));
     }
-    thumbnailPainting::paintEdge(painter, frame, cell.cornerRadius());
+    thumbnailPainting::paintEdge(painter, frame);
     return picture;
 }

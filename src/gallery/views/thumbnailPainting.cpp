@@ -3,20 +3,15 @@
 #include "Appearance.h"
 #include "Symbols.h"
 #include "Theme.h"
-#include "continuousRoundedRect.h"
-#include "softShadow.h"
+#include "thumbnailPictures.h"
 
 #include <QPainter>
-#include <QPixmapCache>
 
 #include <algorithm>
+#include <cmath>
 
 namespace {
 
-constexpr qreal widestRatio = 2.5;
-constexpr qreal narrowestRatio = 0.5;
-constexpr SoftShadow farShadow{.offset = 6, .blur = 14};
-constexpr SoftShadow nearShadow{.offset = 1, .blur = 3};
 constexpr qreal edgeWidth = 0.5;
 constexpr qreal ringWidth = 2;
 constexpr qreal focusRingDistance = 2;
@@ -43,34 +38,12 @@ QRectF inset(const QRectF &rect, qreal distance)
 
 /// A line of `width` whose outer edge lies `distance` inside the frame.
 void paintLineInside(
-    QPainter &painter, const QRectF &frame, qreal radius, qreal distance, qreal width, const QColor &color)
+    QPainter &painter, const ThumbnailFrame &frame, qreal distance, qreal width, const QColor &color)
 {
     const qreal middle = distance + width / 2;
     painter.strokePath(
-        continuousRoundedRect(inset(frame, middle), std::max(0.0, radius - middle)), QPen(color, width));
-}
-
-QPixmap shadowOf(const QSize &size, qreal radius)
-{
-    const Theme &theme = Theme::current();
-    const QString key = QStringLiteral("thumbnail shadow %1x%2 %3 %4")
-                            .arg(size.width())
-                            .arg(size.height())
-                            .arg(radius)
-                            .arg(theme.popoverFarShadow.rgba());
-    QPixmap shadow;
-    if (!QPixmapCache::find(key, &shadow)) {
-        const int reach = farShadow.blur + farShadow.offset;
-        const QRect area = QRect(QPoint(), size).adjusted(-reach, -reach, reach, reach);
-        const QPainterPath outline = continuousRoundedRect(QRectF(QPointF(), size), radius);
-        QImage image = renderShadow(outline, area, farShadow, theme.popoverFarShadow);
-        QPainter painter(&image);
-        painter.drawImage(0, 0, renderShadow(outline, area, nearShadow, theme.popoverNearShadow));
-        painter.end();
-        shadow = QPixmap::fromImage(image);
-        QPixmapCache::insert(key, shadow);
-    }
-    return shadow;
+        continuousRoundedRect(inset(frame.rect, middle), std::max(0.0, frame.cornerRadius - middle)),
+        QPen(color, width));
 }
 
 void paintBadgeShadow(QPainter &painter, const QRectF &box)
@@ -146,88 +119,76 @@ qreal thumbnailPainting::pixelRatio(const QPainter &painter)
     return painter.deviceTransform().m11();
 }
 
-QImage thumbnailPainting::framed(const QImage &image, QSize size, qreal devicePixelRatio)
+void thumbnailPainting::alignToPixels(QPainter &painter, const QPointF &point)
 {
-    const QSize frame = (QSizeF(size) * devicePixelRatio).toSize();
-    const qreal ratio = qreal(image.width()) / image.height();
-    const bool isFitted = ratio > widestRatio || ratio < narrowestRatio;
-    const QSize scaled = image.size()
-                             .scaled(frame, isFitted ? Qt::KeepAspectRatio : Qt::KeepAspectRatioByExpanding)
-                             .expandedTo({1, 1});
-    QImage result = image.scaled(scaled, Qt::IgnoreAspectRatio, Qt::SmoothTransformation)
-                        .convertToFormat(
-                            image.hasAlphaChannel() || isFitted ? QImage::Format_ARGB32_Premultiplied
-                                                                : QImage::Format_RGB32);
-    const QPoint corner(
-        isFitted ? (scaled.width() - frame.width()) / 2 : 0,
-        isFitted ? (scaled.height() - frame.height()) / 2 : 0);
-    // Outside of the image the copy is transparent.
-    result = result.copy(QRect(corner, frame));
-    result.setDevicePixelRatio(devicePixelRatio);
-    return result;
+    const qreal ratio = pixelRatio(painter);
+    const QPointF pixel = painter.deviceTransform().map(point);
+    painter.translate(
+        (std::round(pixel.x()) - pixel.x()) / ratio, (std::round(pixel.y()) - pixel.y()) / ratio);
 }
 
-void thumbnailPainting::paintShadow(QPainter &painter, const QRect &frame, qreal radius)
+void thumbnailPainting::paintShadow(QPainter &painter, const ThumbnailFrame &frame)
 {
-    const QPixmap shadow = shadowOf(frame.size(), radius);
-    const QSize room = (shadow.size() - frame.size()) / 2;
-    painter.drawPixmap(frame.topLeft() - QPoint(room.width(), room.height()), shadow);
+    const QPixmap shadow = thumbnailPictures::shadow(frame);
+    const QSize room = (shadow.size() - frame.rect.size()) / 2;
+    painter.drawPixmap(frame.rect.topLeft() - QPoint(room.width(), room.height()), shadow);
 }
 
-void thumbnailPainting::paintPlaceholder(QPainter &painter, const QRectF &frame, qreal radius)
+void thumbnailPainting::paintPlaceholder(QPainter &painter, const ThumbnailFrame &frame)
 {
-    painter.fillPath(continuousRoundedRect(frame, radius), Theme::current().placeholder);
+    const QColor &color = Theme::current().placeholder;
+    const auto paint = [&color](QPainter &picture, const ThumbnailFrame &own) {
+        picture.fillPath(own.outline(), color);
+    };
+    painter.drawPixmap(frame.rect.topLeft(), thumbnailPictures::shared("placeholder", frame, color, paint));
 }
 
-void thumbnailPainting::paintUnreadable(QPainter &painter, const QRectF &frame)
+void thumbnailPainting::paintUnreadable(QPainter &painter, const ThumbnailFrame &frame)
 {
     paintSymbol(
-        painter, QStringLiteral("photo.on.rectangle.angled"), frame.center(), unreadableSymbolSide,
-        Theme::current().tertiary);
+        painter, QStringLiteral("photo.on.rectangle.angled"), QRectF(frame.rect).center(),
+        unreadableSymbolSide, Theme::current().tertiary);
 }
 
-void thumbnailPainting::paintImage(QPainter &painter, const QRectF &frame, qreal radius, const QImage &image)
-{
-    // Filled with a brush, not clipped: so the corners are smooth.
-    painter.translate(frame.topLeft());
-    painter.fillPath(continuousRoundedRect(QRectF(QPointF(), frame.size()), radius), QBrush(image));
-    painter.translate(-frame.topLeft());
-}
-
-void thumbnailPainting::paintLight(QPainter &painter, const QRectF &frame, qreal radius)
+void thumbnailPainting::paintLight(QPainter &painter, const ThumbnailFrame &frame)
 {
     // Dodging divides by what is left of the source's brightness, so every channel grows by the same factor.
     const qreal factor = isDark() ? 1.12 : 1.05;
     const auto brightness = static_cast<float>(1 - 1 / factor);
     painter.setCompositionMode(QPainter::CompositionMode_ColorDodge);
-    painter.fillPath(
-        continuousRoundedRect(frame, radius), QColor::fromRgbF(brightness, brightness, brightness));
+    painter.fillPath(frame.outline(), QColor::fromRgbF(brightness, brightness, brightness));
     painter.setCompositionMode(QPainter::CompositionMode_SourceOver);
 }
 
-void thumbnailPainting::paintShade(QPainter &painter, const QRectF &frame, qreal radius)
+void thumbnailPainting::paintShade(QPainter &painter, const ThumbnailFrame &frame)
 {
-    painter.fillPath(continuousRoundedRect(frame, radius), withOpacity(Qt::black, 0.08));
+    painter.fillPath(frame.outline(), withOpacity(Qt::black, 0.08));
 }
 
-void thumbnailPainting::paintEdge(QPainter &painter, const QRectF &frame, qreal radius)
+void thumbnailPainting::paintEdge(QPainter &painter, const ThumbnailFrame &frame)
 {
-    paintLineInside(painter, frame, radius, 0, edgeWidth, Theme::current().imageEdge);
+    const QColor &color = Theme::current().imageEdge;
+    const auto paint = [&color](QPainter &picture, const ThumbnailFrame &own) {
+        paintLineInside(picture, own, 0, edgeWidth, color);
+    };
+    painter.drawPixmap(frame.rect.topLeft(), thumbnailPictures::shared("edge", frame, color, paint));
 }
 
-void thumbnailPainting::paintSelectionRing(QPainter &painter, const QRectF &frame, qreal radius)
+void thumbnailPainting::paintSelectionRing(QPainter &painter, const ThumbnailFrame &frame)
 {
-    const Theme &theme = Theme::current();
-    paintLineInside(
-        painter, frame, radius, ringWidth, 1,
-        isDark() ? withOpacity(ink, 0.55) : withOpacity(Qt::white, 0.85));
-    paintLineInside(painter, frame, radius, 0, ringWidth, withOpacity(theme.selectionTint, 1));
+    const QColor color = withOpacity(Theme::current().selectionTint, 1);
+    const auto paint = [&color](QPainter &picture, const ThumbnailFrame &own) {
+        paintLineInside(
+            picture, own, ringWidth, 1, isDark() ? withOpacity(ink, 0.55) : withOpacity(Qt::white, 0.85));
+        paintLineInside(picture, own, 0, ringWidth, color);
+    };
+    const char *const name = isDark() ? "ring in dark" : "ring in light";
+    painter.drawPixmap(frame.rect.topLeft(), thumbnailPictures::shared(name, frame, color, paint));
 }
 
-void thumbnailPainting::paintFocusRing(QPainter &painter, const QRectF &frame, qreal radius)
+void thumbnailPainting::paintFocusRing(QPainter &painter, const ThumbnailFrame &frame)
 {
-    paintLineInside(
-        painter, frame, radius, -(focusRingDistance + ringWidth), ringWidth, Theme::current().focusRing);
+    paintLineInside(painter, frame, -(focusRingDistance + ringWidth), ringWidth, Theme::current().focusRing);
 }
 
 void thumbnailPainting::paintBadge(QPainter &painter, const QRectF &box, Badge badge)

@@ -8,7 +8,12 @@
 #include <QElapsedTimer>
 #include <QHelpEvent>
 #include <QMimeData>
+#include <QRegularExpression>
+#include <QSignalSpy>
+#include <QTextDocumentFragment>
 #include <QToolTip>
+
+#include <algorithm>
 
 namespace {
 
@@ -60,7 +65,10 @@ private Q_SLOTS:
     void hoverFollowsWhileScrolling();
     void rightClickAsksForTheContextMenu();
     void toolTipShowsHostileNamesAsTheyAre();
+    void toolTipOfALongNameIsBroken_data();
+    void toolTipOfALongNameIsBroken();
     void thumbnailsAreKeptOnlyWhileShown();
+    void whatChangesWhileHiddenIsDecodedWhenShown();
 
 private:
     void load() { ::load(*m_model); }
@@ -397,6 +405,40 @@ void GalleryGridTest::toolTipShowsHostileNamesAsTheyAre()
     QToolTip::hideText();
 }
 
+void GalleryGridTest::toolTipOfALongNameIsBroken_data()
+{
+    QTest::addColumn<QString>("rest");
+    QTest::newRow("one word") << QStringLiteral("verylongname").repeated(18);
+    QTest::newRow("many words") << QStringLiteral("with many words ").repeated(14);
+    QTest::newRow("markup") << QStringLiteral("<nobr>&nbsp;").repeated(18);
+    QTest::newRow("right to left") << QStringLiteral("שלוםעולם").repeated(14);
+}
+
+void GalleryGridTest::toolTipOfALongNameIsBroken()
+{
+    QFETCH(const QString, rest);
+    const QString name = QStringLiteral("Screenshot ") + rest + QStringLiteral(".png");
+    files::write(m_home->home().desktop() + u'/' + name, "contents");
+    load();
+    GridWindow window(*m_model);
+    window.show();
+    QHelpEvent event(QEvent::ToolTip, window.middle(0), window.grid().mapToGlobal(window.middle(0)));
+    QApplication::sendEvent(&window.grid(), &event);
+    const QWidgetList windows = QApplication::topLevelWidgets();
+    const auto isToolTip = [](const QWidget *widget) {
+        return widget->isVisible() && widget->windowType() == Qt::ToolTip;
+    };
+    const auto toolTip = std::ranges::find_if(windows, isToolTip);
+    QVERIFY(toolTip != windows.end());
+    QVERIFY2((*toolTip)->width() <= 360 + 16, qPrintable(QString::number((*toolTip)->width())));
+    QVERIFY((*toolTip)->width() > 240);
+    // Nothing but blanks is lost.
+    const auto letters = [](QString text) { return text.remove(QRegularExpression(QStringLiteral("\\s"))); };
+    const QString shown = letters(QTextDocumentFragment::fromHtml(QToolTip::text()).toPlainText());
+    QVERIFY2(shown.contains(letters(name)), qPrintable(shown));
+    QToolTip::hideText();
+}
+
 void GalleryGridTest::thumbnailsAreKeptOnlyWhileShown()
 {
     makePictures(*m_home, 1);
@@ -411,6 +453,30 @@ void GalleryGridTest::thumbnailsAreKeptOnlyWhileShown()
     QVERIFY(ThumbnailLoader::shared().cached(path, 160).isNull());
     grid.setMetrics(metrics(GalleryGridSize::Compact));
     QTRY_VERIFY_WITH_TIMEOUT(!ThumbnailLoader::shared().cached(path, 160).isNull(), patience);
+}
+
+void GalleryGridTest::whatChangesWhileHiddenIsDecodedWhenShown()
+{
+    const QString path = makePicture(*m_home, 1, quarters({160, 120}));
+    load();
+    GalleryGrid grid(*m_model);
+    grid.resize(grid.sizeHint());
+    grid.show();
+    ThumbnailLoader &loader = ThumbnailLoader::shared();
+    loader.revalidate();
+    const auto cell = [&grid] { return grid.thumbnailAt(0); };
+    QTRY_COMPARE_WITH_TIMEOUT(cell()->thumbnailImage().size(), QSize(160, 120), patience);
+    grid.hide();
+    std::ignore = makePicture(*m_home, 1, quarters({80, 120}));
+    QSignalSpy dropped(&loader, &ThumbnailLoader::dropped);
+    loader.revalidate();
+    // Also what earlier tests have left.
+    QTRY_VERIFY_WITH_TIMEOUT(dropped.contains(QVariantList{path}), patience);
+    background::pool(BackgroundQueue::Thumbnails).waitForDone();
+    QCoreApplication::sendPostedEvents();
+    QVERIFY(loader.cached(path, 240).isNull());
+    grid.show();
+    QTRY_COMPARE_WITH_TIMEOUT(cell()->thumbnailImage().size(), QSize(80, 120), patience);
 }
 
 QTEST_MAIN(GalleryGridTest)

@@ -80,6 +80,9 @@ private Q_SLOTS:
     void selectedImageHasARingInsideItsFrame();
     void focusRingLiesOutsideOfTheImage();
     void cornersAreRound();
+    void oneEdgeDoesNotShowAtTheOther();
+    void pixelsOfTheScreenAreFilledWhole();
+    void imageIsTheSameAfterHiding();
     void changedFileIsShownAnew();
     void everyStateLooksDifferent();
 
@@ -316,6 +319,50 @@ void GalleryThumbnailTest::cornersAreRound()
         QCOMPARE(at(picture, QPointF(118, 88)), white);
         QVERIFY(isNearly(at(picture, QPointF(8, 8)), red));
     }
+}
+
+void GalleryThumbnailTest::oneEdgeDoesNotShowAtTheOther()
+{
+    GalleryThumbnail cell;
+    load(cell);
+    cell.setAttention({.isHovered = true, .isPressed = true});
+    settle();
+    for (const qreal ratio : pixelRatios) {
+        const QImage picture = rendered(cell, ratio, Qt::black);
+        const int middle = picture.height() / 4;
+        const int column = qRound((origin.x() + 30) * ratio);
+        for (int row = 0; row < middle; ++row) {
+            QVERIFY(picture.pixelColor(column, row).blue() < 0x10);
+        }
+    }
+}
+
+void GalleryThumbnailTest::pixelsOfTheScreenAreFilledWhole()
+{
+    GalleryThumbnail cell;
+    load(cell);
+    // The corner of the image is half a pixel away from whole ones.
+    constexpr qreal ratio = 1.25;
+    const QImage picture = rendered(cell, ratio, white);
+    const int column = qRound((origin.x() + 30) * ratio);
+    int row = 0;
+    while (picture.pixelColor(column, row) == white) {
+        ++row;
+    }
+    // The first has the line inside the image on it, the next is the image's own.
+    QVERIFY(picture.pixelColor(column, row).green() < 0x40);
+    QVERIFY(isNearly(picture.pixelColor(column, row + 1), red));
+}
+
+void GalleryThumbnailTest::imageIsTheSameAfterHiding()
+{
+    GalleryThumbnail cell;
+    load(cell);
+    cell.show();
+    const QImage before = rendered(cell, 2, white);
+    cell.hide();
+    cell.show();
+    QCOMPARE(rendered(cell, 2, white), before);
 }
 
 void GalleryThumbnailTest::changedFileIsShownAnew()
