@@ -35,4 +35,29 @@
         <translation>Deskbroom needs access to your screenshot folder. Click to open System Settings.</translation>
     </message>
 </context>
+<context>
+    <name>GeneralSettingsPage</name>
+    <message>
+        <source>Desktop folder access</source>
+        <translation>Screenshot folder access</translation>
+    </message>
+    <message>
+        <source>Deskbroom needs access to your Desktop folder to detect new screenshots automatically.</source>
+        <translation>Deskbroom needs access to your screenshot folder to detect new screenshots automatically.</translation>
+    </message>
+</context>
+<context>
+    <name>OnboardingNotificationsStepView</name>
+    <message>
+        <source>Deskbroom can notify you right after you take a screenshot, so you can keep or delete it without hunting through your Desktop.</source>
+        <translation>Deskbroom can notify you right after you take a screenshot, so you can keep or delete it without hunting through your screenshot folder.</translation>
+    </message>
+</context>
+<context>
+    <name>OnboardingFolderAccessStepView</name>
+    <message>
+        <source>By default, Deskbroom watches your Desktop, Downloads, and Pictures folders. Grant access below, or choose a different folder anytime in Settings.</source>
+        <translation>By default, Deskbroom watches your screenshot, Downloads, and Pictures folders. Grant access below, or choose a different folder anytime in Settings.</translation>
+    </message>
+</context>
 </TS>

@@ -14,23 +14,38 @@
 #include "presentWindow.h"
 #include "runInBackground.h"
 
+#include <chrono>
+
+namespace {
+
+/// How long the picker waits for what it calls the folder: no folder need answer for it to open.
+constexpr std::chrono::milliseconds patienceWithWording(500);
+
+} // namespace
+
 AppDelegate::AppDelegate(WindowViews views)
     : m_preferences(&UserDefaults::standard()),
       m_views(std::move(views))
 {
+    m_folderRequestTimer.setSingleShot(true);
+    m_folderRequestTimer.setInterval(patienceWithWording);
+    m_folderRequestTimer.callOnTimeout(this, [] { FileAccessManager::shared().requestFolderAccess(); });
 }
 
 AppDelegate::~AppDelegate()
 {
     delete m_settingsWindow;
     delete m_galleryWindow;
+    delete m_onboardingWindow;
 }
 
 void AppDelegate::applicationDidFinishLaunching()
 {
     setUpManagers();
     loadTimeframe();
-    startWatching();
+    if (!showOnboardingIfNeeded()) {
+        startWatching();
+    }
 }
 
 void AppDelegate::applicationWillTerminate()
@@ -46,8 +61,7 @@ void AppDelegate::setUpManagers()
     m_notificationManager = &NotificationManager::shared();
     m_notificationManager->setFolderAccessRequest([self = QPointer<AppDelegate>(this)] {
         if (self) {
-            // A folder that was picked but couldn't be read has changed the role already.
-            self->updateWording([] { FileAccessManager::shared().requestFolderAccess(); });
+            self->requestFolderAccess();
         }
     });
     // The check of the folder may have something to say.
@@ -73,6 +87,19 @@ void AppDelegate::updateWording(std::function<void()> then)
                 then();
             }
         });
+}
+
+/// For the user who was told that the folder can't be read.
+void AppDelegate::requestFolderAccess()
+{
+    m_folderRequestTimer.start();
+    // A folder that was picked but couldn't be read has changed the role already.
+    updateWording([this] {
+        if (m_folderRequestTimer.isActive()) {
+            m_folderRequestTimer.stop();
+            FileAccessManager::shared().requestFolderAccess();
+        }
+    });
 }
 
 /// For links to settings that this desktop has no program for.
@@ -114,6 +141,19 @@ void AppDelegate::startWatching()
     m_fileAccessManager->startPersistentAccess();
 }
 
+/// A folder that was granted meanwhile is watched already.
+void AppDelegate::finishOnboarding()
+{
+    m_hasFinishedOnboarding = true;
+    m_preferences->setBoolean(preferences::hasCompletedOnboarding, true);
+    if (m_onboardingWindow) {
+        m_onboardingWindow->close();
+    }
+    if (!m_screenshotWatcher) {
+        startWatching();
+    }
+}
+
 void AppDelegate::folderAccessGranted()
 {
     createWatcher();
@@ -152,7 +192,7 @@ void AppDelegate::showSettingsWindow()
                 .controls = WindowDescription::Controls::CloseAndMinimize,
                 .minimumSize = {},
             },
-            m_views.settings);
+            [this] { return m_views.settings(*this); });
     }
 }
 
@@ -169,6 +209,34 @@ void AppDelegate::showGalleryWindow()
             },
             m_views.gallery);
     }
+}
+
+bool AppDelegate::showOnboardingIfNeeded()
+{
+    const bool isFinished =
+        m_hasFinishedOnboarding || m_preferences->boolean(preferences::hasCompletedOnboarding);
+    if (isFinished || !canShowOnboarding()) {
+        return false;
+    }
+    presentWindow(
+        *this, {.window = m_onboardingWindow, .delegate = m_onboardingWindowDelegate},
+        {
+            .title = tr("Welcome to Deskbroom"),
+            .contentSize = {560, 680},
+            .controls = WindowDescription::Controls::TitleOnly,
+            .minimumSize = {},
+        },
+        [this] { return makeOnboardingView(); });
+    return true;
+}
+
+std::unique_ptr<QWidget> AppDelegate::makeOnboardingView()
+{
+    return m_views.onboarding([self = QPointer<AppDelegate>(this)] {
+        if (self) {
+            self->finishOnboarding();
+        }
+    });
 }
 
 std::unique_ptr<QWidget> AppDelegate::makeRecentScreenshotsView(

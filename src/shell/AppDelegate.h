@@ -1,11 +1,12 @@
 #pragma once
 
-#include "ObservableObject.h"
 #include "Preferences.h"
 #include "ScreenshotFolderWording.h"
 #include "ScreenshotWatcherDelegate.h"
+#include "SettingsApplicationDelegate.h"
 
 #include <QPointer>
+#include <QTimer>
 #include <QWidget>
 
 #include <functional>
@@ -23,15 +24,19 @@ class UserDefaults;
 /// What the windows and the gallery popover show. What has no view can't be opened.
 struct WindowViews {
     using Factory = std::function<std::unique_ptr<QWidget>()>;
+    using SettingsFactory = std::function<std::unique_ptr<QWidget>(SettingsApplicationDelegate &)>;
+    /// The view is given what to do when the user has gone through all of its pages.
+    using OnboardingFactory = std::function<std::unique_ptr<QWidget>(std::function<void()> onFinished)>;
     /// The view is given what opens the gallery window and what closes the popover that it is in.
     using PopoverFactory = std::function<std::unique_ptr<QWidget>(
         std::function<void()> onExpandToFull, std::function<void()> onClosePopover)>;
 
     // The braces are for those that name only some members.
     // NOLINTBEGIN(readability-redundant-member-init)
-    Factory settings = {};
+    SettingsFactory settings = {};
     Factory gallery = {};
     PopoverFactory recentScreenshots = {};
+    OnboardingFactory onboarding = {};
     // NOLINTEND(readability-redundant-member-init)
 };
 
@@ -39,7 +44,7 @@ struct WindowViews {
 /// reports and turns them into clipboard copies and questions, owns the windows and the deletion delay.
 ///
 /// There is one, made by DeskbroomApp. Main thread.
-class AppDelegate final : public ObservableObject, public ScreenshotWatcherDelegate {
+class AppDelegate final : public SettingsApplicationDelegate, public ScreenshotWatcherDelegate {
     Q_OBJECT
 
 public:
@@ -63,9 +68,15 @@ public:
     void showSettingsWindow();
     void showGalleryWindow();
 
+    /// Opens the first-run pages unless the user has gone through them, in this run or an earlier one.
+    /// Whether they are open now.
+    bool showOnboardingIfNeeded();
+
     [[nodiscard]] bool canShowSettingsWindow() const { return m_views.settings != nullptr; }
 
     [[nodiscard]] bool canShowGalleryWindow() const { return m_views.gallery != nullptr; }
+
+    [[nodiscard]] bool canShowOnboarding() const { return m_views.onboarding != nullptr; }
 
     [[nodiscard]] bool canShowRecentScreenshots() const { return m_views.recentScreenshots != nullptr; }
 
@@ -73,19 +84,18 @@ public:
     [[nodiscard]] std::unique_ptr<QWidget> makeRecentScreenshotsView(
         std::function<void()> onExpandToFull, std::function<void()> onClosePopover) const;
 
-    [[nodiscard]] qint64 timeframeInMinutes() const { return m_timeframeInMinutes.get(); }
+    [[nodiscard]] qint64 timeframeInMinutes() const override { return m_timeframeInMinutes.get(); }
 
-    /// Sets and stores the deletion delay.
-    void updateTimeframe(qint64 minutes);
+    void updateTimeframe(qint64 minutes) override;
 
     void watcherDidDetectScreenshot(const QString &path) override;
 
     /// The long-lived objects: null before the launch, the watcher until watching starts.
-    [[nodiscard]] FileAccessManager *fileAccessManager() const { return m_fileAccessManager; }
+    [[nodiscard]] FileAccessManager *fileAccessManager() const override { return m_fileAccessManager; }
 
     [[nodiscard]] MenuBarManager *menuBarManager() const { return m_menuBarManager.get(); }
 
-    [[nodiscard]] ScreenshotManager *screenshotManager() const { return m_screenshotManager.get(); }
+    [[nodiscard]] ScreenshotManager *screenshotManager() const override { return m_screenshotManager.get(); }
 
     [[nodiscard]] ScreenshotWatcher *screenshotWatcher() const { return m_screenshotWatcher.get(); }
 
@@ -95,13 +105,18 @@ public:
 
     [[nodiscard]] QWidget *galleryWindow() const { return m_galleryWindow; }
 
+    [[nodiscard]] QWidget *onboardingWindow() const { return m_onboardingWindow; }
+
 private:
     void setUpManagers();
     void updateWording(std::function<void()> then = {});
+    void requestFolderAccess();
     void offerOwnSettings();
     void loadTimeframe();
     void createWatcher();
     void startWatching();
+    [[nodiscard]] std::unique_ptr<QWidget> makeOnboardingView();
+    void finishOnboarding();
 
     /// The shared ones, which outlive the delegate.
     NotificationManager *m_notificationManager = nullptr;
@@ -112,11 +127,17 @@ private:
     std::unique_ptr<UpdaterController> m_updaterController;
     QPointer<QWidget> m_settingsWindow;
     QPointer<QWidget> m_galleryWindow;
+    QPointer<QWidget> m_onboardingWindow;
     std::unique_ptr<SettingsWindowDelegate> m_settingsWindowDelegate;
     std::unique_ptr<SettingsWindowDelegate> m_galleryWindowDelegate;
+    std::unique_ptr<SettingsWindowDelegate> m_onboardingWindowDelegate;
     Published<qint64> m_timeframeInMinutes{this, preferences::defaultTimeframeInMinutes};
     UserDefaults *m_preferences;
 
     WindowViews m_views;
     ScreenshotFolderWording m_wording;
+    /// Runs while the picker waits for its wording.
+    QTimer m_folderRequestTimer;
+    /// In this run, whether that could be stored or not.
+    bool m_hasFinishedOnboarding = false;
 };

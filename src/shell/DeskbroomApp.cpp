@@ -2,7 +2,9 @@
 
 #include "GalleryConfiguration.h"
 #include "MenuBarManager.h"
+#include "OnboardingView.h"
 #include "ScreenshotGalleryView.h"
+#include "SettingsView.h"
 #include "processEnvironment.h"
 #include "processMemory.h"
 #include "runInBackground.h"
@@ -16,11 +18,17 @@ const QString applicationIdentifier = QStringLiteral("org.deskbroom.Deskbroom");
 WindowViews windowViews()
 {
     return {
+        .settings =
+            [](SettingsApplicationDelegate &delegate) { return std::make_unique<SettingsView>(delegate); },
         .gallery = [] { return std::make_unique<ScreenshotGalleryView>(GalleryConfiguration::window()); },
         .recentScreenshots =
             [](std::function<void()> onExpandToFull, std::function<void()> onClosePopover) {
                 return std::make_unique<ScreenshotGalleryView>(
                     GalleryConfiguration::popover(), std::move(onExpandToFull), std::move(onClosePopover));
+            },
+        .onboarding =
+            [](std::function<void()> onFinished) {
+                return std::make_unique<OnboardingView>(std::move(onFinished));
             },
     };
 }
@@ -58,9 +66,13 @@ void DeskbroomApp::claimed(ApplicationInstance::Role role)
         QCoreApplication::quit();
         return;
     }
+    m_wording.install();
     dressToolTips();
     m_appDelegate.applicationDidFinishLaunching();
-    QObject::connect(
-        &m_instance, &ApplicationInstance::activated, m_appDelegate.menuBarManager(),
-        &MenuBarManager::statusItemClicked);
+    QObject::connect(&m_instance, &ApplicationInstance::activated, &m_appDelegate, [this] {
+        // Where a window manager has closed the first-run pages, a second start brings them back.
+        if (!m_appDelegate.showOnboardingIfNeeded()) {
+            m_appDelegate.menuBarManager()->statusItemClicked();
+        }
+    });
 }

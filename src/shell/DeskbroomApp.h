@@ -2,6 +2,7 @@
 
 #include "AppDelegate.h"
 #include "ApplicationInstance.h"
+#include "PlatformWording.h"
 #include "TerminationSignals.h"
 
 #include <QApplication>
@@ -27,5 +28,6 @@ private:
     QApplication m_application;
     TerminationSignals m_terminationSignals;
     ApplicationInstance m_instance;
+    PlatformWording m_wording;
     AppDelegate m_appDelegate;
 };

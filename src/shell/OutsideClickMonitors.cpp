@@ -2,6 +2,7 @@
 
 #include "EventMonitor.h"
 #include "Popover.h"
+#include "outgoingDrag.h"
 
 #include <QDrag>
 #include <QGuiApplication>
@@ -34,8 +35,8 @@ void OutsideClickMonitors::install(const Popover &popover, const std::function<v
 void OutsideClickMonitors::watchActivity(const Popover &popover, const std::function<void()> &clickedOutside)
 {
     const auto becameInactive = [&popover, clickedOutside] {
-        // A drag takes the keyboard along, and would end with the widget that it began in.
-        const auto *const drag = popover.window()->findChild<QDrag *>();
+        // A drag takes the keyboard along; what it began in stays until it is over.
+        const QDrag *const drag = outgoingDrag::current();
         if (drag == nullptr) {
             clickedOutside();
             return;

@@ -9,9 +9,12 @@ SettingsWindowDelegate::SettingsWindowDelegate(std::function<void()> onWindowWil
 {
 }
 
-bool SettingsWindowDelegate::eventFilter(QObject *, QEvent *event)
+bool SettingsWindowDelegate::eventFilter(QObject *watched, QEvent *event)
 {
     if (event->type() == QEvent::Close && event->isAccepted()) {
+        // The window and this delegate live until the next turn of the loop; until then it may be closed
+        // again.
+        watched->removeEventFilter(this);
         windowWillClose();
     }
     return false;

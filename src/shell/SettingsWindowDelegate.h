@@ -4,7 +4,8 @@
 
 #include <functional>
 
-/// Tells when a window is about to close: calls its one closure, and nothing else.
+/// Tells when a window is about to close: calls its one closure, and nothing else. A window closes once; what
+/// it is told afterwards doesn't count.
 ///
 /// One each for the settings, the gallery and the onboarding window, kept by the application delegate beside
 /// the window; the window holds it only as an event filter. There is none without a closure. Main thread.

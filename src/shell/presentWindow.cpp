@@ -1,5 +1,6 @@
 #include "presentWindow.h"
 
+#include "ScrollArea.h"
 #include "SettingsWindowDelegate.h"
 #include "TitledWindow.h"
 #include "activateWindow.h"
@@ -8,6 +9,8 @@
 #include <QGuiApplication>
 #include <QScreen>
 #include <QWindow>
+
+#include <algorithm>
 
 namespace {
 
@@ -35,15 +38,36 @@ QSize fitting(QSize wanted)
     return wanted.boundedTo(room.size());
 }
 
+/// Whether the view has said that it can be that small.
+bool mayBe(const QWidget &view, QSize size)
+{
+    const QSize least = view.minimumSize();
+    return !least.isEmpty() && least.boundedTo(size) == least;
+}
+
+/// For a screen without room for all of a view that can't be smaller.
+std::unique_ptr<QWidget> scrolled(std::unique_ptr<QWidget> view, QSize size)
+{
+    auto area = std::make_unique<ScrollArea>();
+    view->setMinimumHeight(size.height());
+    area->setWidget(view.release());
+    return area;
+}
+
 std::unique_ptr<QWidget> makeWindow(const WindowDescription &description, std::unique_ptr<QWidget> view)
 {
+    const bool isFixed = description.controls != WindowDescription::Controls::CloseMinimizeAndResize;
+    const QSize size = fitting(description.contentSize);
+    if (isFixed && size != description.contentSize && !mayBe(*view, size)) {
+        view = scrolled(std::move(view), description.contentSize);
+    }
     auto window =
         std::make_unique<TitledWindow>(description.title, flags(description.controls), std::move(view));
     if (description.controls == WindowDescription::Controls::CloseMinimizeAndResize) {
         window->setMinimumSize(fitting(description.minimumSize));
-        window->resize(fitting(description.contentSize));
+        window->resize(size);
     } else {
-        window->setFixedSize(description.contentSize);
+        window->setFixedSize(size);
     }
     return window;
 }
@@ -51,8 +75,9 @@ std::unique_ptr<QWidget> makeWindow(const WindowDescription &description, std::u
 void centre(QWidget &window)
 {
     QRect frame(QPoint(), window.size());
-    frame.moveCenter(QGuiApplication::primaryScreen()->availableGeometry().center());
-    window.move(frame.topLeft());
+    const QRect room = QGuiApplication::primaryScreen()->availableGeometry();
+    frame.moveCenter(room.center());
+    window.move(std::max(frame.left(), room.left()), std::max(frame.top(), room.top()));
 }
 
 void bringToFront(QWidget &window)

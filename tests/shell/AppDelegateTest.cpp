@@ -23,6 +23,7 @@
 #include <QTest>
 
 #include <algorithm>
+#include <limits>
 
 namespace {
 
@@ -166,7 +167,9 @@ void AppDelegateTest::terminatingGivesTheAccessBack()
 
 void AppDelegateTest::linksToSettingsThatTheDesktopLacksOpenTheOwnOnes()
 {
-    launch({.settings = [] { return std::make_unique<QLabel>(); }, .gallery = {}});
+    launch(
+        {.settings = [](SettingsApplicationDelegate &) { return std::make_unique<QLabel>(); },
+         .gallery = {}});
     QVERIFY(Workspace::shared().open(NotificationManager::fileAccessSettings()));
     QTRY_VERIFY(m_delegate->settingsWindow() != nullptr);
     // A delegate that is gone opens nothing.
@@ -201,18 +204,33 @@ void AppDelegateTest::aFreshAccountHasFiveMinutesAndWatches()
 
 void AppDelegateTest::theStoredDelayIsLoaded_data()
 {
+    QTest::addColumn<QByteArray>("stored");
     QTest::addColumn<qint64>("minutes");
-    QTest::newRow("one of the choices") << qint64(30);
-    QTest::newRow("a stored 0 is kept") << qint64(0);
-    QTest::newRow("none of the choices") << qint64(7);
+    QTest::newRow("one of the choices") << QByteArray("30") << qint64(30);
+    QTest::newRow("a stored 0 is kept") << QByteArray("0") << qint64(0);
+    QTest::newRow("none of the choices") << QByteArray("7") << qint64(7);
+    QTest::newRow("below zero") << QByteArray("-3") << qint64(-3);
+    QTest::newRow("enormous") << QByteArray("9223372036854775807") << std::numeric_limits<qint64>::max();
+    // Something is stored, so the default doesn't apply.
+    QTest::newRow("text") << QByteArray("\"ten\"") << qint64(0);
+    QTest::newRow("digits as text") << QByteArray("\"10\"") << qint64(0);
+    QTest::newRow("a fraction") << QByteArray("2.5") << qint64(0);
 }
 
 void AppDelegateTest::theStoredDelayIsLoaded()
 {
-    QFETCH(const qint64, minutes);
-    UserDefaults::standard().setInteger(preferences::timeframeInMinutes, minutes);
+    QFETCH(const QByteArray, stored);
+    const QString folder = m_home->path() + QStringLiteral("/.config/Deskbroom");
+    files::makeFolder(folder);
+    files::write(folder + QStringLiteral("/Deskbroom.json"), "{\"timeframeInMinutes\": " + stored + "}");
     launch();
-    QCOMPARE(m_delegate->timeframeInMinutes(), minutes);
+    QTEST(m_delegate->timeframeInMinutes(), "minutes");
+    // It stays as it was.
+    QFile preferences(folder + QStringLiteral("/Deskbroom.json"));
+    QVERIFY(preferences.open(QIODevice::ReadOnly));
+    const QByteArray kept = preferences.readAll();
+    const QByteArray line = "\"timeframeInMinutes\": " + stored;
+    QVERIFY2(kept.contains(line), kept.constData());
 }
 
 void AppDelegateTest::aChangedDelayIsStoredAtOnce()
@@ -245,7 +263,7 @@ void AppDelegateTest::choosingTheSettingsTwiceOpensOneWindow()
 {
     int made = 0;
     launch({
-        .settings = [&made]() -> std::unique_ptr<QWidget> {
+        .settings = [&made](SettingsApplicationDelegate &) -> std::unique_ptr<QWidget> {
             ++made;
             return std::make_unique<QLabel>();
         },

@@ -7,6 +7,7 @@
 #include "Popover.h"
 #include "TemporaryHome.h"
 #include "files.h"
+#include "outgoingDrag.h"
 #include "runInBackground.h"
 
 #include <QApplication>
@@ -293,7 +294,7 @@ private Q_SLOTS:
         manager().openGallery();
         QTRY_VERIFY(m_view->isActiveWindow());
         const auto becomeInactive = [] { Q_EMIT qGuiApp->applicationStateChanged(Qt::ApplicationInactive); };
-        const auto drag = std::make_unique<QDrag>(m_view);
+        const std::unique_ptr<QDrag> drag(outgoingDrag::make());
         becomeInactive();
         QVERIFY2(isGalleryShown(), "a drag from it takes the keyboard along");
         drag->setParent(nullptr);

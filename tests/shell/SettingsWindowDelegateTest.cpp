@@ -1,7 +1,12 @@
 #include "SettingsWindowDelegate.h"
 #include "presentWindow.h"
 
+#include <QCloseEvent>
+#include <QGuiApplication>
 #include <QLabel>
+#include <QScreen>
+#include <QScrollArea>
+#include <QScrollBar>
 #include <QSignalSpy>
 #include <QTest>
 
@@ -18,11 +23,14 @@ private Q_SLOTS:
     void cleanup();
 
     void tellsOnceThatItsWindowCloses();
+    void aWindowThatIsToldToCloseTwiceClosesOnce();
     void askingTwiceOpensOneWindow();
     void aClosedWindowIsMadeAnew();
     void theClosedWindowsFieldIsClearedFirst();
     void aFixedWindowHasItsSize();
     void aResizableWindowHasItsLeastSize();
+    void aFixedWindowThatTheScreenHasNoRoomForIsScrolled();
+    void contentsThatCanBeSmallerAreNotScrolled();
 
 private:
     void present(WindowDescription::Controls controls = WindowDescription::Controls::CloseAndMinimize);
@@ -55,6 +63,49 @@ void SettingsWindowDelegateTest::present(WindowDescription::Controls controls)
         });
 }
 
+void SettingsWindowDelegateTest::aFixedWindowThatTheScreenHasNoRoomForIsScrolled()
+{
+    constexpr QSize tall(300, 3000);
+    presentWindow(
+        *this, {.window = m_window, .delegate = m_delegate},
+        {
+            .title = QStringLiteral("A Window"),
+            .contentSize = tall,
+            .controls = WindowDescription::Controls::TitleOnly,
+            .minimumSize = {},
+        },
+        [] { return std::make_unique<QLabel>(QStringLiteral("contents")); });
+    const QRect room = QGuiApplication::primaryScreen()->availableGeometry();
+    QVERIFY(room.height() < tall.height());
+    QVERIFY(room.contains(QRect(m_window->pos(), m_window->size())));
+    QCOMPARE(m_window->width(), tall.width());
+    auto *const area = m_window->findChild<QScrollArea *>();
+    QVERIFY(area != nullptr);
+    QCOMPARE(area->widget()->height(), tall.height());
+    QVERIFY(area->verticalScrollBar()->maximum() > 0);
+}
+
+void SettingsWindowDelegateTest::contentsThatCanBeSmallerAreNotScrolled()
+{
+    presentWindow(
+        *this, {.window = m_window, .delegate = m_delegate},
+        {
+            .title = QStringLiteral("A Window"),
+            .contentSize = {300, 3000},
+            .controls = WindowDescription::Controls::TitleOnly,
+            .minimumSize = {},
+        },
+        [] {
+            auto view = std::make_unique<QLabel>(QStringLiteral("contents"));
+            view->setMinimumSize(300, 200);
+            return view;
+        });
+    const QRect room = QGuiApplication::primaryScreen()->availableGeometry();
+    QVERIFY(room.contains(QRect(m_window->pos(), m_window->size())));
+    QVERIFY(m_window->findChild<QScrollArea *>() == nullptr);
+    QCOMPARE(m_window->findChild<QLabel *>()->size(), m_window->size());
+}
+
 void SettingsWindowDelegateTest::tellsOnceThatItsWindowCloses()
 {
     int count = 0;
@@ -65,6 +116,31 @@ void SettingsWindowDelegateTest::tellsOnceThatItsWindowCloses()
     QCOMPARE(count, 0);
     window.close();
     QCOMPARE(count, 1);
+    // As from a second click before the first one has taken the window away.
+    QCloseEvent again;
+    QCoreApplication::sendEvent(&window, &again);
+    QCOMPARE(count, 1);
+}
+
+void SettingsWindowDelegateTest::aWindowThatIsToldToCloseTwiceClosesOnce()
+{
+    present();
+    const QPointer<QWidget> first = m_window;
+    for (int time = 0; time < 2; ++time) {
+        QCloseEvent close;
+        QCoreApplication::sendEvent(first, &close);
+        QVERIFY(close.isAccepted());
+        QVERIFY(!m_window);
+        QVERIFY(!m_delegate);
+    }
+    // The window that follows isn't taken for the one that closed.
+    present();
+    QCloseEvent late;
+    QCoreApplication::sendEvent(first, &late);
+    QVERIFY(m_window);
+    QVERIFY(m_delegate);
+    QTRY_VERIFY(!first);
+    QVERIFY(m_window);
 }
 
 void SettingsWindowDelegateTest::askingTwiceOpensOneWindow()
