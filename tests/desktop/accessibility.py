@@ -92,24 +92,28 @@ class Accessibility:
         self._scale = scale
         address = call(session_bus, "org.a11y.Bus", "/org/a11y/bus", "org.a11y.Bus", "GetAddress")[0]
         self._connection = connect(address)
-        self._shown = []
+        self._changes = []
         self._listen()
 
     def _listen(self):
-        """Menus stand in no application's tree: that they appear is the only way to hear of them."""
-
         def state_changed(_connection, name, path, _interface, _signal, parameters):
             state, is_on = parameters.unpack()[:2]
-            if state == "showing" and is_on:
-                self._shown.append(Node(self._connection, name, path, self._scale))
+            self._changes.append((state, bool(is_on), Node(self._connection, name, path, self._scale)))
 
         self._connection.signal_subscribe(
             None, "org.a11y.atspi.Event.Object", "StateChanged", None, None, Gio.DBusSignalFlags.NONE, state_changed
         )
-        call(
-            self._connection, "org.a11y.atspi.Registry", "/org/a11y/atspi/registry",
-            "org.a11y.atspi.Registry", "RegisterEvent", "(s)", "object:state-changed:showing",
-        )
+        for state in "showing", "focused", "selected":
+            call(
+                self._connection, "org.a11y.atspi.Registry", "/org/a11y/atspi/registry",
+                "org.a11y.atspi.Registry", "RegisterEvent", "(s)", f"object:state-changed:{state}",
+            )
+
+    def heard(self, state, is_on=True):
+        """The nodes that were said to have come into the state, or out of it, the latest last."""
+        while GLib.MainContext.default().iteration(False):
+            pass
+        return [node for changed, on, node in self._changes if (changed, on) == (state, is_on)]
 
     def close(self):
         if not self._connection.is_closed():
@@ -139,10 +143,8 @@ class Accessibility:
         return found
 
     def open_menu(self):
-        """The menu that is open, or None."""
-        while GLib.MainContext.default().iteration(False):
-            pass
-        for node in reversed(self._shown):
+        """The menu that is open, or None. It stands in no application's tree: its appearance tells of it."""
+        for node in reversed(self.heard("showing")):
             try:
                 if node.role == "popup menu" and node.has_state("showing"):
                     return node

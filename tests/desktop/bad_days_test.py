@@ -7,6 +7,7 @@ import unittest
 from desktop_test_case import DesktopTestCase, OnXfce4Panel, run
 from folder_listings import FolderListings
 from images import png
+from onboarding import Onboarding
 from waiting import wait_until
 
 NAME = "Screenshot_2024-05-01_10-11-12.png"
@@ -171,7 +172,9 @@ class BadDays(OnXfce4Panel, DesktopTestCase):
     def test_damaged_preferences_are_set_aside_and_the_defaults_hold(self):
         damaged = '{"timeframeInMinutes": 7, "autoCopy'
         self.home.write_preferences(damaged)
-        program = self.start()
+        # Without preferences, a user is a new one.
+        program = self.start(listed=(self.home.desktop, 1))
+        Onboarding(program).wait_until_open().go_through()
         self.take_screenshot()
         program.answer("Keep")
         program.click_icon()

@@ -1,5 +1,6 @@
-"""Shows the program at work where there is no desktop: opens a private one, takes a real screenshot, has the
-question asked and answers it. Every stage is printed and kept as a picture; a stage that doesn't come ends it.
+"""Shows the program at work where there is no desktop: opens a private one, goes through the first-run pages,
+takes a real screenshot, has the question asked and answers it. Every stage is printed and kept as a picture; a
+stage that doesn't come ends it.
 
     demonstration.py PROGRAM PICTURE_FOLDER [--dark] [--scale N] [--bottom]
 """
@@ -13,6 +14,7 @@ from pathlib import Path
 import pointer
 from bus import call
 from deskbroom import Deskbroom
+from onboarding import ACCESS_GRANTED, CONTINUE, ENABLE_NOTIFICATIONS, GET_STARTED, Onboarding
 from private_desktop import PrivateDesktop
 from waiting import wait_until
 from windows import all_windows
@@ -56,7 +58,27 @@ def take_screenshot(desktop):
     return path
 
 
+def go_through_first_run(program, stages):
+    pages = Onboarding(program).wait_until_open()
+    pages.wait_for_page(1)
+    stages.done("A new user is welcomed.", "welcome")
+    pages.click(GET_STARTED)
+    pages.wait_for_page(2)
+    pages.click(ENABLE_NOTIFICATIONS)
+    pages.wait_for_button(CONTINUE)
+    stages.done("Notifications are switched on.", "notifications")
+    pages.click(CONTINUE)
+    pages.wait_for_page(3)
+    pages.wait_for_button(ACCESS_GRANTED)
+    stages.done("The Desktop folder can be read.", "folder")
+    pages.click(CONTINUE)
+    pages.wait_for_page(4)
+    stages.done("That is all.", "done")
+    pages.finish()
+
+
 def demonstrate(desktop, program, stages):
+    go_through_first_run(program, stages)
     program.wait_for_icon()
     program.child.wait_for_line(f"Persistent Desktop access started: {desktop.home.desktop}")
     stages.done("The panel shows Deskbroom, which watches the Desktop folder.", "panel")
@@ -107,7 +129,8 @@ def main():
         size=tuple(length * options.scale for length in _POINTS),
         panel_edge="bottom" if options.bottom else "top",
     ) as desktop:
-        program = Deskbroom(desktop, options.program, desktop.home)
+        desktop.home.forget_first_run()
+        program = Deskbroom(desktop, options.program, desktop.home, listed=(desktop.home.desktop, 1))
         try:
             demonstrate(desktop, program, Stages(desktop, options.pictures))
         except AssertionError as failure:

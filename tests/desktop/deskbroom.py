@@ -76,10 +76,14 @@ class Deskbroom:
     def __init__(self, desktop, executable, home, environment=None, listed=None):
         self.desktop = desktop
         self.home = home
+        self._status = None
         self.accessibility = Accessibility(desktop.session_bus, desktop.scale)
         folder, times = listed or (home.desktop, 2)
         listings = FolderListings(folder)
-        self.child = desktop.start([Path(executable).resolve()], {**home.environment(), **(environment or {})})
+        fonts = {"FONTCONFIG_FILE": str(desktop.fonts_of(executable))}
+        self.child = desktop.start(
+            [Path(executable).resolve()], {**home.environment(), **fonts, **(environment or {})}
+        )
         # What is there when the program starts is nothing new to it: tests make their files afterwards.
         wait_until(
             lambda: listings.count() >= times or not self.child.is_running(),
@@ -92,17 +96,19 @@ class Deskbroom:
         return self.child.pid
 
     def stop(self):
-        """Ends it and returns its exit status."""
+        """Ends it, unless it was stopped before, and returns its exit status."""
+        if self._status is not None:
+            return self._status
         self.accessibility.close()
         if self.child.is_running():
             self.child.send_signal(15)
         try:
-            status = self.child.wait_for_exit(30)
+            self._status = self.child.wait_for_exit(30)
         finally:
             self.child.stop()
         # So that the next run doesn't take this one's place in the panel for its own.
         wait_until(lambda: icon_place(self.desktop, _WINDOW_CLASS) is None, "the panel's place is empty")
-        return status
+        return self._status
 
     # The panel's item
 

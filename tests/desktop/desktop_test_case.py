@@ -38,16 +38,18 @@ class DesktopTestCase(unittest.TestCase):
 
     def start(self, delay=None, auto_copy=None, environment=None, listed=None):
         """Starts the program and returns once it watches: see Deskbroom."""
-        stored = []
-        if delay is not None:
-            stored.append(f'"{PREFERENCE_DELAY}": {delay}')
-        if auto_copy is not None:
-            stored.append(f'"{PREFERENCE_AUTO_COPY}": {"true" if auto_copy else "false"}')
+        stored = {PREFERENCE_DELAY: delay, PREFERENCE_AUTO_COPY: auto_copy}
+        stored = {key: value for key, value in stored.items() if value is not None}
         if stored:
-            self.home.write_preferences("{" + ", ".join(stored) + "}")
+            self.home.store_preferences(**stored)
         program = Deskbroom(self.desktop, executable(), self.home, environment, listed)
         self._programs.append(program)
         return program
+
+    def start_first_run(self, **options):
+        """Starts the program for a user who has never gone through its pages; until he has, it doesn't watch."""
+        self.home.forget_first_run()
+        return self.start(**{"listed": (self.home.desktop, 1)} | options)
 
     def take_screenshot(self, name="Screenshot_2024-05-01_10-11-12.png", content=None, folder=None):
         """In the folder, or on the Desktop."""
@@ -55,10 +57,16 @@ class DesktopTestCase(unittest.TestCase):
         path.write_bytes(png() if content is None else content)
         return path
 
-    def save_picture(self, name):
+    def save_picture(self, name, rests=True):
+        """See PrivateDesktop."""
+        path = self.picture_path(name)
+        if path:
+            self.desktop.save_picture(path, rests)
+
+    def picture_path(self, name):
+        """Where to, or None where no pictures are wanted."""
         folder = os.environ.get("DESKBROOM_PICTURES")
-        if folder:
-            self.desktop.save_picture(Path(folder) / f"{self.desktop.panel}-{name}.png")
+        return Path(folder) / f"{self.desktop.panel}-{name}.png" if folder else None
 
     def assertTrashed(self, *names):
         self.assertEqual(self.home.trashed(), sorted(names))

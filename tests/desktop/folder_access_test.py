@@ -27,7 +27,7 @@ class AccessAtLaunch(FolderAccessTestCase):
     def test_the_second_run_makes_the_bookmark_anew_and_reports_nothing_that_was_there(self):
         self.end(self.start())
         stored = self.home.stored_bookmark()
-        self.home.write_preferences("{}")
+        self.home.store_preferences()
         self.take_screenshot("Screenshot earlier.png")
         program = self.start()
         self.assertPrints(program, launch_lines(self.home.desktop))

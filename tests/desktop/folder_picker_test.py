@@ -75,7 +75,7 @@ class PickedFolders(FolderAccessTestCase):
             program, [SWITCHED_OFF, *(f"Screenshot moved to Trash: Screenshot {number}.png" for number in (1, 2))]
         )
         self.assertEqual(self.notifications.titles(), [ACCESS_FAILED])
-        self.assertEqual(self.home.stored_preferences(), {})
+        self.assertIsNone(self.home.stored_bookmark())
 
     def test_escape_changes_nothing(self):
         program, picker = self.start_where_the_desktop_is_switched_off()

@@ -1,74 +1,15 @@
 """The gallery as its user meets it: in the popover under the status item, and in its window."""
 
-from gi.repository import GLib
-
 import pointer
+from shown_window import ShownWindow
 from waiting import wait_until, wait_until_still
 
 POPOVER_TITLE = "Recent Screenshots"
 WINDOW_TITLE = "Screenshot Gallery"
 
 
-class Gallery:
-    """One of the two, known by the accessible name of what tells it: see `popover` and `window`."""
-
-    def __init__(self, program, role, name):
-        self._program = program
-        self._desktop = program.desktop
-        self._role = role
-        self._name = name
-
-    def _root(self):
-        """The top-level window, or None while it isn't on screen."""
-        application = self._program.accessibility.application(self._program.pid)
-        if application is None:
-            return None
-        try:
-            for window in application.children():
-                if not window.has_state("showing"):
-                    continue
-                if self._role == "frame" and window.name == self._name:
-                    return window
-                if self._role == "label" and any(node.name == self._name for node in window.descendants()):
-                    return window
-        except GLib.Error:
-            pass
-        return None
-
-    def is_open(self):
-        return self._root() is not None
-
-    def wait_until_open(self):
-        wait_until(self.is_open, f"{self._name} is on screen; the program printed {self._program.child.lines}")
-        return self
-
-    def wait_until_closed(self):
-        wait_until(lambda: not self.is_open(), f"{self._name} is gone")
-
-    def things(self, role, state="showing"):
-        """All of that role that are on screen, as nodes."""
-        root = self._root()
-        found = []
-        for node in root.descendants() if root else ():
-            try:
-                if node.role == role and node.has_state(state):
-                    found.append(node)
-            except GLib.Error:
-                continue
-        return found
-
-    @property
-    def texts(self):
-        return [node.name for node in self.things("label")]
-
-    @property
-    def buttons(self):
-        """Their names, and the nodes that have them."""
-        return {node.name: node for node in self.things("push button")}
-
-    @property
-    def rectangle(self):
-        return self._root().rectangle()
+class Gallery(ShownWindow):
+    """One of the two: see `popover` and `window`."""
 
     def cells(self):
         """The cells on screen, in their order."""
@@ -91,18 +32,19 @@ class Gallery:
         """The number of the cell that has the keyboard, or None."""
         return next((number for number, cell in enumerate(self.all_cells(), 1) if cell.has_state("focused")), None)
 
-    def wait_for_text(self, text):
-        wait_until(lambda: text in self.texts, f"{text!r} is shown, not only {self.texts}")
+    def focused_control(self):
+        """The name of what has the keyboard: a button's, an option's, "cell 1" and so on, or None."""
+        number = self.focused()
+        if number is not None:
+            return f"cell {number}"
+        controls = self.named("push button") + self.named("radio button")
+        return next((name for name, node in controls if node.has_state("focused")), None)
 
-    def wait_for_button(self, name):
-        return wait_until(lambda: self.buttons.get(name), f"the button {name!r} is there, not only {list(self.buttons)}")
-
-    def press(self, name):
-        self.wait_for_button(name).press()
-
-    def click_button(self, name):
-        button = self.wait_for_button(name)
-        pointer.click(self._desktop, pointer.centre(wait_until_still(button.rectangle, f"{name!r} stands still")))
+    def wait_for_stops(self, key, *names):
+        """The key takes the keyboard there, one after the other."""
+        for name in names:
+            pointer.press_keys(self._desktop, key)
+            wait_until(lambda wanted=name: self.focused_control() == wanted, f"{key} takes the keyboard to {name}")
 
     def click_option(self, name):
         """One of a picker's."""

@@ -6,8 +6,10 @@ import os
 
 import pointer
 import sample_screenshots
+import stalled_folder
 from desktop_test_case import DesktopTestCase, run
-from gallery import open_popover, window
+from gallery import open_popover, open_window, window
+from stalled_folder import stalled
 
 DELETE_TITLE = "Delete Selected Screenshots"
 
@@ -25,6 +27,23 @@ class GalleryLooks:
         for number in numbers:
             gallery.click_cell(number)
         gallery.wait_for_text(f"{len(numbers)} selected")
+
+    def save_picture_of_deleting(self, gallery, select, delete, numbers, picture_name):
+        """Moves those cells' files to a Trash that doesn't answer until the picture is taken. `select` and `delete` are
+        the buttons that begin it.
+        """
+        files = self.home.trash / "files"
+        files.mkdir(parents=True)
+        with stalled(files):
+            gallery.click_button(select)
+            self.select(gallery, *numbers)
+            gallery.click_button(delete)
+            gallery.wait_for_sheet(DELETE_TITLE)
+            gallery.click_button("Delete All")
+            gallery.wait_for_button("Deleting...")
+            self.save_picture(picture_name, rests=False)
+        gallery.wait_for_button(select)
+        self.assertTrashed(*(sample_screenshots.name(number) for number in numbers))
 
     def test_the_popover(self):
         self.fill()
@@ -84,6 +103,31 @@ class GalleryLooks:
         program.click_menu_item("Copy")
         gallery.dismiss_copied()
 
+    def test_the_popover_while_deleting(self):
+        self.fill()
+        gallery = open_popover(self.start(environment=stalled_folder.environment()))
+        gallery.wait_for_text("+ 78 more")
+        self.save_picture_of_deleting(gallery, "Select Multiple", "Delete All", (1, 4, 8), "popover-deleting")
+
+    def test_the_window_while_deleting(self):
+        self.fill()
+        gallery = open_window(self.start(environment=stalled_folder.environment()))
+        gallery.wait_for_text("SHOWING 30 OF 87")
+        self.save_picture_of_deleting(gallery, "Select", "Delete", (2, 9, 10), "window-deleting")
+
+    def test_while_loading(self):
+        self.fill()
+        program = self.start(environment=stalled_folder.environment())
+        with stalled(self.home.desktop):
+            recent = open_popover(program)
+            recent.wait_for_text("Loading screenshots...")
+            self.save_picture("popover-loading", rests=False)
+            recent.press("Expand")
+            gallery = window(program).wait_until_open()
+            gallery.wait_for_text("Loading your screenshots...")
+            self.save_picture("window-loading", rests=False)
+        gallery.wait_for_text("SHOWING 30 OF 87")
+
     def test_without_screenshots(self):
         program = self.start()
         recent = open_popover(program)
@@ -112,8 +156,8 @@ class GalleryLooks:
         screen_width, screen_height = self.desktop.size
         self.assertTrue(0 <= x and x + width <= screen_width and 0 <= y and y + height <= screen_height)
 
-    def save_picture(self, name):
-        super().save_picture(f"gallery-{self.picture_prefix}-{name}")
+    def picture_path(self, name):
+        return super().picture_path(f"gallery-{self.picture_prefix}-{name}")
 
 
 class GalleryInLight(GalleryLooks, DesktopTestCase):

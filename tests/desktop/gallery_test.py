@@ -8,7 +8,7 @@ from desktop_test_case import DesktopTestCase, OnTint2, OnXfce4Panel, run
 from drop_target import DropTarget
 from gallery import open_popover, open_window
 from other_window import OtherWindow
-from waiting import wait_until
+from waiting import wait_until, wait_until_still
 
 DELETE_TITLE = "Delete Selected Screenshots"
 
@@ -75,6 +75,27 @@ class InThePopover:
         gallery.wait_for_text("12 SCREENSHOTS")
         self.assertEqual(len(gallery.all_cells()), 12)
 
+    def test_tab_goes_round_through_every_control(self):
+        self.fill(3)
+        program = self.start()
+        gallery = open_popover(program)
+        gallery.wait_for_text("3 screenshots")
+        gallery.click_button("Select Multiple")
+        gallery.wait_for_text("0 selected")
+        gallery.wait_for_stops("Tab", "View All", "Copy All", "Cancel", "cell 1")
+        gallery.wait_for_stops("shift+Tab", "Cancel", "Copy All", "View All", "cell 1")
+        pointer.press_keys(self.desktop, "Escape")
+        gallery.wait_for_text("3 screenshots")
+        gallery.wait_for_stops("Tab", "View All", "Select Multiple", "Refresh", "Expand", "cell 1")
+
+    def test_tab_goes_round_where_there_is_nothing(self):
+        gallery = open_popover(self.start())
+        gallery.wait_for_text("0 screenshots")
+        # It has the keyboard from the first click into it.
+        pointer.click(self.desktop, pointer.centre(gallery.rectangle))
+        gallery.wait_for_stops("Tab", "Expand", "Refresh", "Expand")
+        gallery.wait_for_stops("shift+Tab", "Refresh", "Expand")
+
 
 class PopoverOnXfce4Panel(OnXfce4Panel, InThePopover, GalleryTestCase):
     pass
@@ -125,8 +146,7 @@ class GalleryWindow(OnXfce4Panel, GalleryTestCase):
         pointer.press_keys(self.desktop, "Escape")
         gallery.wait_for_text("3 SCREENSHOTS")
         self.assertTrue(gallery.is_open())
-        pointer.press_keys(self.desktop, "Escape")
-        gallery.wait_until_closed()
+        gallery.close_with("Escape")
         self.assertTrashed()
 
     def test_five_of_forty_that_go_are_replaced_by_the_next(self):
@@ -197,6 +217,110 @@ class GalleryWindow(OnXfce4Panel, GalleryTestCase):
         pointer.press_keys(self.desktop, "Tab", "space")
         gallery.wait_for_text("0 SCREENSHOTS")
         self.assertTrashed(*names)
+
+    def test_tab_goes_round_through_every_control(self):
+        program, gallery, names = self.open(31)
+        gallery.wait_for_text("SHOWING 30 OF 31")
+        pointer.press_keys(self.desktop, "Home")
+        more = "Load More (1 remaining)"
+        gallery.wait_for_stops("Tab", more, "Standard", "Refresh", "Select", "cell 1", more)
+        gallery.wait_for_stops("shift+Tab", "cell 1", "Select", "Refresh", "Standard", more, "cell 1", "Select")
+        pointer.press_keys(self.desktop, "space")
+        gallery.wait_for_text("0 selected")
+        gallery.wait_for_stops("Tab", more, "Standard", "Copy", "Cancel", "cell 1", more)
+
+    def test_more_that_the_keyboard_loads_leave_it_in_the_grid(self):
+        program, gallery, names = self.open(31)
+        gallery.wait_for_text("SHOWING 30 OF 31")
+        pointer.press_keys(self.desktop, "Home")
+        gallery.wait_for_stops("Tab", "Load More (1 remaining)")
+        pointer.press_keys(self.desktop, "space")
+        gallery.wait_for_text("31 SCREENSHOTS")
+        self.assertEqual(gallery.focused_control(), "cell 1")
+        gallery.wait_for_stops("End", "cell 31")
+
+    def test_another_grid_size_keeps_the_focused_cell_in_sight(self):
+        program, gallery, names = self.open(30)
+        gallery.click_option("Large")
+        pointer.press_keys(self.desktop, "End")
+        wait_until(lambda: gallery.focused() == 30, "cell 30 has the keyboard")
+        for size in ("Standard", "Large", "Compact", "Large"):
+            gallery.click_option(size)
+            self.assertTrue(self.is_in_sight(gallery, gallery.cell(30)), size)
+        self.save_picture("gallery-window-larger-while-scrolled")
+
+    def test_tab_brings_the_cell_it_comes_to_into_sight(self):
+        program, gallery, names = self.open(31)
+        gallery.wait_for_text("SHOWING 30 OF 31")
+        gallery.click_option("Large")
+        pointer.press_keys(self.desktop, "Home")
+        more = "Load More (1 remaining)"
+        gallery.wait_for_stops("Tab", more)
+        self.assertTrue(self.is_in_sight(gallery, gallery.buttons[more]))
+        gallery.wait_for_stops("shift+Tab", "cell 1")
+        self.assertTrue(self.is_in_sight(gallery, gallery.cell(1)))
+        self.save_picture("gallery-window-focus-brought-into-sight")
+        pointer.press_keys(self.desktop, "End")
+        gallery.wait_for_stops("shift+Tab", "Select", "Refresh", "Large")
+        gallery.wait_for_stops("Tab", "Refresh", "Select", "cell 30")
+        self.assertTrue(self.is_in_sight(gallery, gallery.cell(30)))
+
+    def is_in_sight(self, gallery, node):
+        """Whether all of it is in the window."""
+        _x, top, _width, height = gallery.rectangle
+        _x, node_top, _width, node_height = wait_until_still(node.rectangle, "it stands still")
+        return top <= node_top and node_top + node_height <= top + height
+
+    def test_tab_goes_round_where_there_is_nothing(self):
+        program, gallery, names = self.open(0)
+        gallery.wait_for_text("0 SCREENSHOTS")
+        self.assertIsNone(gallery.focused_control())
+        gallery.wait_for_stops("Tab", "Standard", "Refresh", "Standard")
+        gallery.wait_for_stops("shift+Tab", "Refresh", "Standard")
+
+    def test_a_pointer_that_empties_it_leaves_no_focus_ring(self):
+        program, gallery, names = self.open(2)
+        gallery.click_button("Select")
+        gallery.click_cell(1)
+        gallery.click_cell(2)
+        gallery.wait_for_text("2 selected")
+        gallery.click_button("Delete")
+        gallery.wait_for_sheet(DELETE_TITLE)
+        gallery.click_button("Delete All")
+        gallery.wait_for_text("No Screenshots")
+        self.assertTrashed(*names)
+        self.assertIsNone(gallery.focused_control())
+        self.save_picture("gallery-window-emptied")
+        gallery.wait_for_stops("Tab", "Standard")
+
+    def test_a_screen_reader_is_told_where_the_keyboard_is_and_what_it_selects(self):
+        program, gallery, names = self.open(4)
+        gallery.wait_for_text("4 SCREENSHOTS")
+        paths = [cell.path for cell in gallery.all_cells()]
+
+        def wait_to_hear(state, number, is_on=True):
+            def is_latest():
+                heard = program.accessibility.heard(state, is_on)
+                return heard and heard[-1].path == paths[number - 1]
+
+            wait_until(is_latest, f"cell {number} is said to be {state}: {is_on}")
+
+        pointer.press_keys(self.desktop, "Home", "Right")
+        wait_to_hear("focused", 2)
+        pointer.press_keys(self.desktop, "End")
+        wait_to_hear("focused", 4)
+        gallery.press("Select")
+        gallery.wait_for_text("0 selected")
+        pointer.press_keys(self.desktop, "space")
+        wait_to_hear("selected", 4)
+        pointer.press_keys(self.desktop, "space")
+        wait_to_hear("selected", 4, is_on=False)
+        pointer.press_keys(self.desktop, "space", "Delete")
+        gallery.wait_for_sheet(DELETE_TITLE)
+        gallery.press("Delete All")
+        gallery.wait_for_text("3 SCREENSHOTS")
+        # What has gone took the keyboard's place with it.
+        wait_to_hear("focused", 3)
 
     def test_a_thumbnail_that_is_dragged_out_drops_its_file(self):
         program, gallery, names = self.open(3)

@@ -6,11 +6,15 @@ import shutil
 import tempfile
 from pathlib import Path
 
+PREFERENCE_FIRST_RUN = "hasCompletedOnboarding"
 _USER_FOLDERS = {"DESKTOP": "Desktop", "PICTURES": "Pictures", "DOWNLOAD": "Downloads"}
 
 
 class Home:
-    """Every XDG base and user directory lies in it. Use as a context manager, or call `remove`."""
+    """Every XDG base and user directory lies in it. Use as a context manager, or call `remove`.
+
+    Its user has gone through the program's first-run pages, unless `forget_first_run` is called.
+    """
 
     def __init__(self):
         root = os.environ.get("DESKBROOM_TEST_ROOT", tempfile.gettempdir())
@@ -21,6 +25,7 @@ class Home:
         for folder in (self.config, self.data, self.desktop, self.pictures, self.downloads):
             folder.mkdir(parents=True)
         self.set_desktop(f"$HOME/{_USER_FOLDERS['DESKTOP']}")
+        self.store_preferences()
 
     def set_desktop(self, value):
         """In the settings of the XDG user directories."""
@@ -61,6 +66,16 @@ class Home:
     def stored_bookmark(self):
         """Of the watched folder, or None when none is stored."""
         return self.stored_preferences().get("DesktopFolderBookmark")
+
+    def store_preferences(self, **values):
+        """These, in the place of all that were there."""
+        self.write_preferences(json.dumps({PREFERENCE_FIRST_RUN: True} | values))
+
+    def forget_first_run(self):
+        self.preferences.unlink()
+
+    def has_completed_first_run(self):
+        return self.stored_preferences().get(PREFERENCE_FIRST_RUN) is True
 
     def write_preferences(self, text):
         self.preferences.parent.mkdir(parents=True, exist_ok=True)

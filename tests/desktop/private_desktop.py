@@ -9,6 +9,7 @@ import subprocess
 import sys
 import tempfile
 from pathlib import Path
+from xml.sax.saxutils import escape
 
 import panels
 from bus import call, connect
@@ -21,8 +22,22 @@ from x_display import selection_has_owner
 _HERE = Path(__file__).resolve().parent
 _MARK = "DESKBROOM_PRIVATE_DESKTOP"
 _MOST_FRAMES = 20
+_MOST_FRAMES_IN_MOTION = 5
 _AT_SPI_LAUNCHER = "/usr/libexec/at-spi-bus-launcher"
 
+_NOTIFICATIONS = "org.freedesktop.Notifications"
+_BUS_CONFIGURATION = """<busconfig>
+<type>session</type>
+<listen>unix:path={socket}</listen>
+<auth>EXTERNAL</auth>
+<servicedir>{services}</servicedir>
+<policy context="default">
+<allow send_destination="*" eavesdrop="true"/>
+<allow eavesdrop="true"/>
+<allow own="*"/>
+</policy>
+</busconfig>
+"""
 _DUNSTRC = """[global]
 scale = {scale}
 font = sans 10
@@ -51,7 +66,8 @@ class PrivateDesktop:
     can be translucent; size: of the screen, in device pixels; scale: device pixels for a point;
     panel_edge: "top" or "bottom"; look: "light" or "dark"; accessibility: whether screens can be read;
     monitors: rectangles (x, y, width, height) that the screen is divided into; notification_server: "dunst",
-    or "recorder", which shows nothing (see notifications.py), or "plain-recorder", which knows no markup.
+    or "recorder", which shows nothing (see notifications.py), or "plain-recorder", which knows no markup;
+    activatable_notifications: whether the bus starts an installed server when none runs.
     """
 
     def __init__(
@@ -66,6 +82,7 @@ class PrivateDesktop:
         accessibility=True,
         monitors=(),
         notification_server="dunst",
+        activatable_notifications=True,
     ):
         self.panel = panel
         self.size = size
@@ -77,6 +94,7 @@ class PrivateDesktop:
         self._accessibility = accessibility
         self._monitors = monitors
         self._notification_server_name = notification_server
+        self._activatable_notifications = activatable_notifications
         self.notification_server = None
         self._children = []
         self._panel_child = None
@@ -164,9 +182,22 @@ class PrivateDesktop:
         socket = self._runtime / "bus"
         self.environment["DBUS_SESSION_BUS_ADDRESS"] = f"unix:path={socket}"
         self._bus_child = self._start(
-            ["dbus-daemon", "--session", "--nofork", "--nopidfile", f"--address=unix:path={socket}"]
+            ["dbus-daemon", f"--config-file={self._bus_configuration(socket)}", "--nofork", "--nopidfile"]
+            + ["--print-address"]
         )
-        wait_until(socket.exists, "the session bus listens")
+        # Its socket is there before it listens.
+        wait_until(lambda: self._bus_child.lines, "the session bus says its address")
+
+    def _bus_configuration(self, socket):
+        """As a session's own, but that it may start no notification server where that wasn't asked for."""
+        services = self._runtime / "services"
+        services.mkdir()
+        for service in Path("/usr/share/dbus-1/services").glob("*.service"):
+            if self._activatable_notifications or f"Name={_NOTIFICATIONS}\n" not in service.read_text():
+                (services / service.name).symlink_to(service)
+        path = self._runtime / "bus.conf"
+        path.write_text(_BUS_CONFIGURATION.format(socket=socket, services=services))
+        return path
 
     def _divide_into_monitors(self):
         for index, (x, y, width, height) in enumerate(self._monitors):
@@ -255,6 +286,14 @@ class PrivateDesktop:
 
     # Programs
 
+    def fonts_of(self, program):
+        """The path of a fontconfig file with this desktop's fonts and those that are built with the program."""
+        path = self._runtime / "fonts.conf"
+        files = (_HERE / "fonts.conf", Path(program).resolve().parent / "fonts.conf")
+        includes = "".join(f'<include ignore_missing="yes">{escape(str(file))}</include>' for file in files)
+        path.write_text(f"<fontconfig>{includes}</fontconfig>\n")
+        return path
+
     def run(self, command, **options):
         """Runs a tool to its end on this desktop and returns its output as text. Options: subprocess.run's."""
         return self.run_for_bytes(command, **options).decode("utf-8", "backslashreplace")
@@ -270,16 +309,20 @@ class PrivateDesktop:
         self._children.append(child)
         return child
 
-    def save_picture(self, path):
-        """What the screen shows, as a PNG file, once nothing moves any more: a fade, say. What never rests is
-        taken as it is after some pictures.
+    def save_picture(self, path, rests=True):
+        """What the screen shows, as a PNG file, once nothing moves any more: a fade, say. What never `rests` is taken
+        as it is after some pictures.
         """
+        most = _MOST_FRAMES if rests else _MOST_FRAMES_IN_MOTION
         frames = []
 
         def is_still():
-            frames.append(self.run_for_bytes(["import", "-silent", "-window", "root", "-strip", "ppm:-"]))
-            return frames[-3:].count(frames[-1]) == 3 or len(frames) == _MOST_FRAMES
+            frames.append(self._frame())
+            return frames[-3:].count(frames[-1]) == 3 or len(frames) == most
 
         wait_until(is_still, "pictures are taken")
         Path(path).parent.mkdir(parents=True, exist_ok=True)
         subprocess.run(["convert", "ppm:-", str(path)], input=frames[-1], check=True, timeout=60)
+
+    def _frame(self):
+        return self.run_for_bytes(["import", "-silent", "-window", "root", "-strip", "ppm:-"])
