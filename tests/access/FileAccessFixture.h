@@ -12,6 +12,7 @@
 #include "UserDefaults.h"
 #include "files.h"
 #include "runInBackground.h"
+#include "waitForBackground.h"
 
 #include <QDir>
 #include <QTest>
@@ -71,11 +72,8 @@ protected:
 
     void removeHome()
     {
-        m_manager.reset();
-        for (const BackgroundQueue queue :
-             {BackgroundQueue::Default, BackgroundQueue::UserInitiated, BackgroundQueue::Listing}) {
-            background::pool(queue).waitForDone();
-        }
+        endManager();
+        waitForBackground();
         QCoreApplication::processEvents();
         SecurityScopedAccess::keep(std::nullopt);
         QCOMPARE(SecurityScopedAccess::activeCount(), 0);
@@ -94,14 +92,20 @@ protected:
     /// The next run: what the one before has printed is forgotten.
     void restart()
     {
-        m_manager.reset();
+        endManager();
         SecurityScopedAccess::keep(std::nullopt);
         m_output.reset();
         m_output = std::make_unique<CapturedOutput>();
         m_manager = std::make_unique<FileAccessManager>();
     }
 
-    void endWithoutStopping() { m_manager.reset(); }
+    /// Without giving back the access that it holds. The process's manager is there for as long as a question
+    /// about its folder is under way, and so is a test's.
+    void endManager()
+    {
+        background::pool(BackgroundQueue::Listing).waitForDone();
+        m_manager.reset();
+    }
 
     void pick(const QString &folder)
     {

@@ -168,7 +168,7 @@ void FolderPickTest::aPickedFolderOnADriveThatIsAwayStaysPicked()
     const auto bookmark = currentBookmark();
     const QString away = m_home->pictures() + QStringLiteral("/away");
     // Nothing of the run that held it helps to find it.
-    endWithoutStopping();
+    endManager();
     SecurityScopedAccess::keep(std::nullopt);
     files::rename(drive, away);
     restart();
@@ -271,6 +271,11 @@ void FolderPickTest::acceptingThePickerTakesTheFolderOver()
     QTest::keyClick(field, Qt::Key_Return);
     QTRY_COMPARE_WITH_TIMEOUT(m_grants, 1, patience);
     QCOMPARE(m_manager->persistentAccessUrl(), fileUrl(archive));
+    QTRY_VERIFY_WITH_TIMEOUT(
+        isTold(
+            QStringLiteral("Access Granted"),
+            QStringLiteral("Deskbroom now has access to detect screenshots in Archive.")),
+        patience);
 }
 
 void FolderPickTest::cancellingThePickerChangesNothing()

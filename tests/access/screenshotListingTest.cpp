@@ -10,6 +10,7 @@
 #include "UserDefaults.h"
 #include "files.h"
 #include "runInBackground.h"
+#include "waitForBackground.h"
 
 #include <QDir>
 #include <QSignalSpy>
@@ -104,9 +105,7 @@ void screenshotListingTest::init()
 
 void screenshotListingTest::cleanup()
 {
-    for (const BackgroundQueue queue : {BackgroundQueue::Default, BackgroundQueue::Listing}) {
-        background::pool(queue).waitForDone();
-    }
+    waitForBackground();
     SecurityScopedAccess::keep(std::nullopt);
     QCOMPARE(SecurityScopedAccess::activeCount(), 0);
     m_output.reset();

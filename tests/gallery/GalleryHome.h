@@ -6,7 +6,7 @@
 #include "ScreenshotGalleryViewModel.h"
 #include "TemporaryHome.h"
 #include "files.h"
-#include "runInBackground.h"
+#include "waitForBackground.h"
 
 #include <QCoreApplication>
 #include <QDir>
@@ -27,7 +27,7 @@ public:
         makeFolders();
         NotificationManager::shared();
         FileAccessManager::shared();
-        background::pool(BackgroundQueue::Scan).waitForDone();
+        waitForBackground();
     }
 
     [[nodiscard]] const TemporaryHome &home() const { return m_home; }
@@ -59,10 +59,7 @@ public:
     /// Ends what a test has left under way, and empties the folders and the Trash.
     void clear() const
     {
-        for (const BackgroundQueue queue :
-             {BackgroundQueue::Default, BackgroundQueue::Scan, BackgroundQueue::UserInitiated}) {
-            background::pool(queue).waitForDone();
-        }
+        waitForBackground();
         QCoreApplication::sendPostedEvents();
         for (const QString &folder : folders()) {
             QFile::setPermissions(

@@ -13,7 +13,7 @@
 #include "UserDefaults.h"
 #include "Workspace.h"
 #include "files.h"
-#include "runInBackground.h"
+#include "waitForBackground.h"
 
 #include <QApplication>
 #include <QDir>
@@ -91,8 +91,7 @@ void AppDelegateTest::init()
 void AppDelegateTest::cleanup()
 {
     m_delegate.reset();
-    // What a test has begun prints into its own output.
-    background::pool(BackgroundQueue::Default).waitForDone();
+    waitForBackground();
     m_output.reset();
     for (const QString &folder :
          {QStringLiteral("/Desktop"), QStringLiteral("/.local/share/Trash"),

@@ -8,7 +8,7 @@
 #include "TemporaryHome.h"
 #include "files.h"
 #include "outgoingDrag.h"
-#include "runInBackground.h"
+#include "waitForBackground.h"
 
 #include <QApplication>
 #include <QDialog>
@@ -108,8 +108,7 @@ private Q_SLOTS:
     void cleanup()
     {
         m_delegate.reset();
-        // What a test has begun prints into its own output.
-        background::pool(BackgroundQueue::Default).waitForDone();
+        waitForBackground();
         m_output.reset();
         QDir(m_home.desktop()).removeRecursively();
     }

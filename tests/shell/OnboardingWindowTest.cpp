@@ -5,7 +5,7 @@
 #include "TemporaryHome.h"
 #include "UserDefaults.h"
 #include "files.h"
-#include "runInBackground.h"
+#include "waitForBackground.h"
 
 #include <QTest>
 
@@ -55,10 +55,7 @@ void OnboardingWindowTest::cleanup()
 {
     m_delegate.reset();
     m_finish = {};
-    for (const BackgroundQueue queue :
-         {BackgroundQueue::Default, BackgroundQueue::Listing, BackgroundQueue::Scan}) {
-        background::pool(queue).waitForDone();
-    }
+    waitForBackground();
 }
 
 void OnboardingWindowTest::launch()

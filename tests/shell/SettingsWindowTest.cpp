@@ -6,6 +6,7 @@
 #include "TemporaryHome.h"
 #include "files.h"
 #include "runInBackground.h"
+#include "waitForBackground.h"
 
 #include <QApplication>
 #include <QDir>
@@ -75,9 +76,7 @@ void SettingsWindowTest::init()
 void SettingsWindowTest::cleanup()
 {
     m_delegate.reset();
-    for (const BackgroundQueue queue : {BackgroundQueue::Listing, BackgroundQueue::Scan}) {
-        background::pool(queue).waitForDone();
-    }
+    waitForBackground();
 }
 
 void SettingsWindowTest::close() const

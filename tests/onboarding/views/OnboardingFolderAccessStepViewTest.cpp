@@ -8,8 +8,8 @@
 #include "TemporaryHome.h"
 #include "files.h"
 #include "onboardingPage.h"
-#include "runInBackground.h"
 #include "savePicture.h"
+#include "waitForBackground.h"
 
 #include <QFile>
 #include <QTest>
@@ -46,11 +46,9 @@ private:
         m_page->show();
     }
 
-    static void waitForBackground()
+    static void waitForAnswers()
     {
-        for (const BackgroundQueue queue : {BackgroundQueue::Default, BackgroundQueue::Listing}) {
-            background::pool(queue).waitForDone();
-        }
+        waitForBackground();
         QCoreApplication::processEvents();
     }
 
@@ -90,9 +88,9 @@ void OnboardingFolderAccessStepViewTest::init()
 void OnboardingFolderAccessStepViewTest::cleanup()
 {
     m_page.reset();
-    waitForBackground();
+    waitForAnswers();
     m_manager.reset();
-    waitForBackground();
+    waitForAnswers();
     SecurityScopedAccess::keep(std::nullopt);
     m_server.reset();
     m_home.reset();
@@ -103,7 +101,7 @@ void OnboardingFolderAccessStepViewTest::withoutABookmarkItAsksForAFolder()
     makeManager(Desktop::Locked);
     showPage();
     QCOMPARE(labels(), without);
-    waitForBackground();
+    waitForAnswers();
     QCOMPARE(labels(), without);
     QVERIFY(!m_page->hasAccess());
     savePicture(*m_page, QStringLiteral("onboarding-3-folder"));
@@ -133,7 +131,7 @@ void OnboardingFolderAccessStepViewTest::aGrantElsewhereFlipsIt()
     NotificationCenter::defaultCenter().post(FileAccessManager::folderAccessGranted);
     // It isn't checked again: there is no bookmark here.
     QCOMPARE(labels(), granted);
-    waitForBackground();
+    waitForAnswers();
     QCOMPARE(labels(), granted);
 }
 
@@ -144,8 +142,8 @@ void OnboardingFolderAccessStepViewTest::aGrantIsNotUndoneByAnEarlierQuestion()
     QCOMPARE(::chmod(QFile::encodeName(m_home->desktop()).constData(), 0), 0);
     showPage();
     NotificationCenter::defaultCenter().post(FileAccessManager::folderAccessGranted);
-    waitForBackground();
-    waitForBackground();
+    waitForAnswers();
+    waitForAnswers();
     QCOMPARE(labels(), granted);
 }
 
@@ -232,7 +230,7 @@ void OnboardingFolderAccessStepViewTest::mayGoWhileTheQuestionIsUnderWay()
         showPage();
         m_page.reset();
     }
-    waitForBackground();
+    waitForAnswers();
     QCOMPARE(m_continued, 0);
 }
 

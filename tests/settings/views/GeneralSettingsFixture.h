@@ -3,6 +3,7 @@
 #include "GeneralSettingsPage.h"
 #include "PushButton.h"
 #include "SettingsFixture.h"
+#include "waitForBackground.h"
 
 #include <QTest>
 
@@ -41,9 +42,7 @@ public:
     void end()
     {
         m_delegate.reset();
-        for (const BackgroundQueue queue : {BackgroundQueue::UserInitiated, BackgroundQueue::Listing}) {
-            background::pool(queue).waitForDone();
-        }
+        waitForBackground();
         m_home.clear();
         UserDefaults::standard().setBoolean(preferences::autoCopyToClipboard, false);
         qunsetenv("XDG_CURRENT_DESKTOP");
