@@ -228,6 +228,8 @@ private Q_SLOTS:
         QTest::newRow("a bomb of many rows") << testImages::blackPng({16000, 16000}) << true;
         QTest::newRow("as large as is decoded whole") << testImages::interlacedBlackPng({7000, 7000}) << true;
         QTest::newRow("larger") << testImages::interlacedBlackPng({7200, 7200}) << false;
+        QTest::newRow("as large in grey") << testImages::interlacedBlackPng({7000, 7000}, 1) << true;
+        QTest::newRow("larger in grey") << testImages::interlacedBlackPng({7200, 7200}, 1) << false;
         QTest::newRow("a large animation") << animatedWebp({7000, 7000}, {picture({64, 64})}) << true;
         QTest::newRow("a larger one") << animatedWebp({7200, 7200}, {picture({64, 64})}) << false;
         QTest::newRow("a progressive photo for print") << progressiveJpeg({8192, 6144}) << true;

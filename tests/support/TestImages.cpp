@@ -138,7 +138,7 @@ QByteArray testImages::blackPng(QSize size)
     return pngOfCompressedRows({.size = size}, compressedZeros(rowSize * size.height()));
 }
 
-QByteArray testImages::interlacedBlackPng(QSize size)
+QByteArray testImages::interlacedBlackPng(QSize size, int channels)
 {
     struct Pass {
         QPoint first;
@@ -153,9 +153,10 @@ QByteArray testImages::interlacedBlackPng(QSize size)
     for (const auto &[first, step] : passes) {
         const qint64 width = (size.width() - first.x() + step.x() - 1) / step.x();
         const qint64 height = (size.height() - first.y() + step.y() - 1) / step.y();
-        bytes += width > 0 ? height * (1 + width * 3) : 0;
+        bytes += width > 0 ? height * (1 + width * channels) : 0;
     }
-    return pngOfCompressedRows({.size = size, .interlaced = true}, compressedZeros(bytes));
+    return pngOfCompressedRows(
+        {.size = size, .colorType = channels == 1 ? 0 : 2, .interlaced = true}, compressedZeros(bytes));
 }
 
 QByteArray testImages::hollowPng(QSize size)

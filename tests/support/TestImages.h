@@ -32,7 +32,7 @@ struct PngHeader {
 [[nodiscard]] QByteArray blackPng(QSize size);
 
 /// The same, stored in the seven passes of an interlaced image.
-[[nodiscard]] QByteArray interlacedBlackPng(QSize size);
+[[nodiscard]] QByteArray interlacedBlackPng(QSize size, int channels = 3);
 
 /// A PNG whose header claims `size` and that holds next to nothing.
 [[nodiscard]] QByteArray hollowPng(QSize size);

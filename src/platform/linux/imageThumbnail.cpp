@@ -26,9 +26,10 @@ void raiseAllocationLimit()
     }();
 }
 
-/// A decoder may hold the pixels twice, or for a rotated image once more: with half a GiB for one thumbnail
-/// it ends. JPEG is decoded at a fraction of its size, but a progressive one holds all of its coefficients:
-/// two bytes each, and four of them for a pixel in the colours of print.
+/// A decoder may hold the pixels twice, or for a rotated image once more, and they are scaled in four bytes
+/// or in those that they have: with half a GiB for one thumbnail it ends. JPEG is decoded at a fraction of
+/// its size, but a progressive one holds all of its coefficients: two bytes each, and four of them for a
+/// pixel in the colours of print.
 bool isDecodedInLittleMemory(const QImageReader &reader, ImageFormat format)
 {
     constexpr qint64 mostBytes = 192 * mebibyte;
@@ -42,7 +43,7 @@ bool isDecodedInLittleMemory(const QImageReader &reader, ImageFormat format)
     const QImage::Format told = reader.imageFormat();
     const QPixelFormat pixelFormat =
         QImage::toPixelFormat(told == QImage::Format_Invalid ? QImage::Format_ARGB32 : told);
-    const int bytes = (pixelFormat.bitsPerPixel() + 7) / 8;
+    const int bytes = std::max((pixelFormat.bitsPerPixel() + 7) / 8, bytesPerPixel);
     return pixels * bytes <= mostBytes;
 }
 
@@ -61,17 +62,13 @@ QSize jpegReadSize(QSize size, QSize least)
     return size;
 }
 
-/// The formats that are painted without another conversion.
-QImage paintable(const QImage &image)
+/// In one of the formats that are scaled and painted without another conversion; in the same memory where
+/// that has room for it.
+QImage paintable(QImage image)
 {
-    return image.convertToFormat(
-        image.hasAlphaChannel() ? QImage::Format_ARGB32_Premultiplied : QImage::Format_RGB32);
-}
-
-QImage fitted(const QImage &image, QSize size)
-{
-    return paintable(
-        size == image.size() ? image : image.scaled(size, Qt::IgnoreAspectRatio, Qt::SmoothTransformation));
+    const auto format = image.hasAlphaChannel() ? QImage::Format_ARGB32_Premultiplied : QImage::Format_RGB32;
+    image.convertTo(format);
+    return image;
 }
 
 std::optional<ImageThumbnails>
@@ -94,14 +91,15 @@ decodedThumbnails(QIODevice &device, ImageFormat format, std::span<const int> ma
         }
     }
     const bool isTurned = (reader.transformation() & QImageIOHandler::TransformationRotate90) != 0;
-    const QImage image = reader.read();
+    const QImage image = paintable(reader.read());
     if (image.isNull()) {
         return std::nullopt;
     }
     ImageThumbnails thumbnails = {.imageSize = isTurned ? stored.transposed() : stored, .images = {}};
     for (const int maximum : maximumPixelSizes) {
         const QSize size = thumbnailSize(thumbnails.imageSize, maximum);
-        thumbnails.images.append(fitted(image, size.boundedTo(image.size())));
+        thumbnails.images.append(
+            image.scaled(size.boundedTo(image.size()), Qt::IgnoreAspectRatio, Qt::SmoothTransformation));
     }
     return thumbnails;
 }
