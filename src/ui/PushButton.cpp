@@ -39,6 +39,8 @@ constexpr Measures measures(PushButton::Size size)
     case PushButton::Size::Compact:
         return {
             .height = 28, .padding = 12, .radius = 7, .symbolSide = 14, .textStyle = TextStyle::SmallButton};
+    case PushButton::Size::Mini:
+        return {.height = 22, .padding = 8, .radius = 5, .symbolSide = 12, .textStyle = TextStyle::Caption};
     }
     std::unreachable();
 }
@@ -133,10 +135,11 @@ void PushButton::setProgress(bool inProgress)
     labelChanged();
 }
 
+/// The tooltip waits until it is asked for: to measure the text loads the font, which a button that isn't
+/// shown needn't cost.
 void PushButton::labelChanged()
 {
     placeSpinner();
-    updateToolTip();
     updateGeometry();
     update();
 }

@@ -31,6 +31,8 @@ public:
         Small,
         /// As high as a regular one, with the label of a small one: three of them share a narrow row.
         Compact,
+        /// Beside small print, and in it.
+        Mini,
     };
 
     static constexpr int outset = 4;

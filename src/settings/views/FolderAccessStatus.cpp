@@ -29,7 +29,7 @@ FolderAccessStatus::FolderAccessStatus(QWidget *parent)
 {
     m_granted->setColor(TextColor::Green);
     m_granted->setAlignment(Qt::AlignLeading);
-    m_change->setSize(PushButton::Size::Small);
+    m_change->setSize(PushButton::Size::Mini);
     m_grant->setSize(PushButton::Size::Small);
     connect(m_change, &PushButton::clicked, this, &FolderAccessStatus::folderRequested);
     connect(m_grant, &PushButton::clicked, this, &FolderAccessStatus::folderRequested);
