@@ -43,6 +43,22 @@ private Q_SLOTS:
         QVERIFY(lastWindowClosed.isEmpty());
     }
 
+    void whatEndsTwiceAnswersOnce()
+    {
+        const auto panel = makePanel();
+        Answers answers;
+        panel->begin(answers.take());
+        QTRY_VERIFY(shownDialog() != nullptr);
+        QLineEdit &path = pathField(*shownDialog());
+        type(*shownDialog(), QStringLiteral("Archive"));
+        // Two presses that have waited for a busy program.
+        QTest::keyClick(&path, Qt::Key_Return);
+        QTest::keyClick(&path, Qt::Key_Return);
+        QTRY_COMPARE(answers.responses, QList{ModalResponse::OK});
+        QTRY_VERIFY(shownDialog() == nullptr);
+        QCOMPARE(answers.responses.size(), 1);
+    }
+
     void aPanelCanBeUsedAgain()
     {
         const auto panel = makePanel();

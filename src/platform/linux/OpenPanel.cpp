@@ -6,6 +6,20 @@
 
 #include <utility>
 
+namespace {
+
+/// Takes leave of whoever is in the middle of telling `listener` something, and shall tell nothing more: a key
+/// that is pressed twice ends a dialog twice.
+template <typename Teller> void dismiss(std::unique_ptr<Teller> teller, const QObject *listener)
+{
+    if (teller) {
+        teller->disconnect(listener);
+        teller.release()->deleteLater();
+    }
+}
+
+} // namespace
+
 OpenPanel::OpenPanel(QObject *parent) : QObject(parent)
 {
 }
@@ -33,8 +47,7 @@ void OpenPanel::askPortal()
 
 void OpenPanel::showDialog()
 {
-    // It is still telling us.
-    m_portal.release()->deleteLater();
+    dismiss(std::move(m_portal), this);
     m_dialog = std::make_unique<FolderDialog>(
         FolderDialog::Words{.title = m_title, .message = m_message, .acceptLabel = m_prompt});
     m_dialog->startIn(m_directory);
@@ -45,13 +58,8 @@ void OpenPanel::showDialog()
 void OpenPanel::complete(const QUrl &folder)
 {
     m_url = folder;
-    // Whichever of them it was is in the middle of telling us.
-    if (m_portal) {
-        m_portal.release()->deleteLater();
-    }
-    if (m_dialog) {
-        m_dialog.release()->deleteLater();
-    }
+    dismiss(std::move(m_portal), this);
+    dismiss(std::move(m_dialog), this);
     // The last thing here, because it may destroy the panel.
     const auto completion = std::exchange(m_completion, nullptr);
     completion(m_url.isEmpty() ? ModalResponse::Cancel : ModalResponse::OK);
