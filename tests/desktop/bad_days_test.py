@@ -167,7 +167,7 @@ class BadDays(OnXfce4Panel, DesktopTestCase):
         program = self.start()
         self.take_screenshot(content=image)
         program.wait_for_question()
-        wait_until(lambda: program.question().has_preview(), "the preview is loaded", seconds=60)
+        wait_until(lambda: program.question().has_preview(), "the preview is loaded")
 
     def test_damaged_preferences_are_set_aside_and_the_defaults_hold(self):
         damaged = '{"timeframeInMinutes": 7, "autoCopy'

@@ -5,7 +5,7 @@ import signal
 import subprocess
 import threading
 
-from waiting import wait_until
+from waiting import PATIENCE_SECONDS, wait_until
 
 
 class Child:
@@ -54,14 +54,14 @@ class Child:
     def send_signal(self, number):
         self._process.send_signal(number)
 
-    def wait_for_exit(self, seconds=20):
+    def wait_for_exit(self, seconds=PATIENCE_SECONDS):
         """The exit status; all output has been read by then."""
         wait_until(lambda: not self.is_running(), f"{self.name} ends", seconds)
         for reader in self._readers:
             reader.join(timeout=5)
         return self._process.returncode
 
-    def wait_for_line(self, line, seconds=20):
+    def wait_for_line(self, line, seconds=PATIENCE_SECONDS):
         wait_until(lambda: line in self.lines, f"{self.name} prints {line!r}; it printed {self.lines}", seconds)
 
     def stop(self):

@@ -5,8 +5,11 @@ import time
 
 _POLL_SECONDS = 0.02
 
+# Long enough for a machine that does much else. Who waits for what comes, waits no longer than it takes.
+PATIENCE_SECONDS = 60
 
-def wait_until(condition, what, seconds=20):
+
+def wait_until(condition, what, seconds=PATIENCE_SECONDS):
     """Returns the first true value of `condition()`; fails with `what` when there is none in time."""
     deadline = time.monotonic() + seconds
     while True:
@@ -27,7 +30,7 @@ def holds_for(condition, what, seconds):
         threading.Event().wait(_POLL_SECONDS)
 
 
-def wait_until_still(read, what, still_for=0.4, seconds=20):
+def wait_until_still(read, what, still_for=0.4, seconds=PATIENCE_SECONDS):
     """Returns what `read()` gives once that is true and hasn't changed for `still_for` seconds."""
     since = time.monotonic()
     last = None
