@@ -21,6 +21,7 @@
 #include <QScreen>
 #include <QSignalSpy>
 #include <QTest>
+#include <QWindow>
 
 #include <algorithm>
 #include <limits>
@@ -60,6 +61,8 @@ private Q_SLOTS:
     void aScreenshotIsAskedAbout();
     void deleteNowMovesItToTheTrash();
     void deleteLaterUsesTheDelayOfThatMoment();
+    void whatIsPressedTwiceAnswersOnce_data();
+    void whatIsPressedTwiceAnswersOnce();
     void keepLeavesIt();
     void aNewerScreenshotReplacesTheQuestion();
     void ofABurstOnlyTheLastIsAskedAbout();
@@ -71,7 +74,9 @@ private:
     void launch(WindowViews views = {});
     QString makeScreenshot(const QString &name = QStringLiteral("Screenshot 1.png")) const;
     [[nodiscard]] QWidget *question() const;
-    void press(const QString &button) const;
+    /// In the question, none if it isn't there.
+    [[nodiscard]] PushButton *button(const QString &text) const;
+    void press(const QString &text) const;
     [[nodiscard]] bool isInTrash(const QString &name) const;
     [[nodiscard]] static PopUpMenu *openMenu();
 
@@ -119,16 +124,19 @@ QWidget *AppDelegateTest::question() const
     return popover == nullptr ? nullptr : const_cast<QWidget *>(popover->window());
 }
 
-void AppDelegateTest::press(const QString &button) const
+PushButton *AppDelegateTest::button(const QString &text) const
+{
+    const auto buttons = question()->findChildren<PushButton *>();
+    const auto found = std::ranges::find(buttons, text, &PushButton::text);
+    return found == buttons.end() ? nullptr : *found;
+}
+
+void AppDelegateTest::press(const QString &text) const
 {
     QTRY_VERIFY(question() != nullptr);
-    for (PushButton *const candidate : question()->findChildren<PushButton *>()) {
-        if (candidate->text() == button) {
-            candidate->click();
-            return;
-        }
-    }
-    QFAIL(qPrintable(QStringLiteral("There is no button ") + button));
+    PushButton *const pressed = button(text);
+    QVERIFY2(pressed != nullptr, qPrintable(text));
+    pressed->click();
 }
 
 bool AppDelegateTest::isInTrash(const QString &name) const
@@ -409,6 +417,36 @@ void AppDelegateTest::deleteLaterUsesTheDelayOfThatMoment()
     QCOMPARE(question(), nullptr);
     QVERIFY(m_output->contains(QStringLiteral("Scheduled deletion of Screenshot 1.png in 0 minute")));
     QTRY_VERIFY_WITH_TIMEOUT(isInTrash(QStringLiteral("Screenshot 1.png")), patience);
+}
+
+void AppDelegateTest::whatIsPressedTwiceAnswersOnce_data()
+{
+    QTest::addColumn<bool>("isKey");
+    QTest::newRow("a key") << true;
+    QTest::newRow("the mouse") << false;
+}
+
+void AppDelegateTest::whatIsPressedTwiceAnswersOnce()
+{
+    QFETCH(const bool, isKey);
+    launch();
+    m_delegate->watcherDidDetectScreenshot(makeScreenshot());
+    QTRY_VERIFY(question() != nullptr);
+    QWindow *const window = question()->windowHandle();
+    PushButton *const later = button(QStringLiteral("Delete in 5 min"));
+    later->setFocus();
+    const QPoint place = later->mapTo(question(), later->rect().center());
+    QTRY_COMPARE(question()->childAt(place), later); // after the mouse's time of grace
+    // The second time has waited in the queue of a busy program.
+    for (int time = 0; time < 2; ++time) {
+        if (isKey) {
+            QTest::keyClick(window, Qt::Key_Return);
+        } else {
+            QTest::mouseClick(window, Qt::LeftButton, {}, place);
+        }
+    }
+    QCOMPARE(question(), nullptr);
+    QCOMPARE(m_output->lines().filter(QStringLiteral("Scheduled deletion")).size(), 1);
 }
 
 void AppDelegateTest::keepLeavesIt()

@@ -10,7 +10,6 @@
 #include <QEasingCurve>
 #include <QKeyEvent>
 #include <QPainter>
-#include <QTimer>
 #include <QWindow>
 
 namespace {
@@ -39,6 +38,9 @@ PopoverWindow::PopoverWindow(
     setWindowTitle(QCoreApplication::applicationName());
     m_contentView->setParent(this);
     m_contentView->show();
+    m_mouseGrace.setSingleShot(true);
+    m_mouseGrace.setInterval(Popover::mouseGraceMilliseconds);
+    connect(&m_mouseGrace, &QTimer::timeout, this, [this] { setTakesClicks(true); });
     m_fading.setEasingCurve(QEasingCurve::OutCubic);
     connect(&m_fading, &QVariantAnimation::valueChanged, this, [this](const QVariant &value) {
         setWindowOpacity(value.toReal());
@@ -49,10 +51,8 @@ PopoverWindow::PopoverWindow(
 
 void PopoverWindow::appear()
 {
-    m_contentView->setAttribute(Qt::WA_TransparentForMouseEvents);
-    QTimer::singleShot(Popover::mouseGraceMilliseconds, m_contentView, [this] {
-        m_contentView->setAttribute(Qt::WA_TransparentForMouseEvents, false);
-    });
+    setTakesClicks(false);
+    m_mouseGrace.start();
     if (m_isTranslucent) {
         setWindowOpacity(0);
         fade(1, appearMilliseconds);
@@ -63,11 +63,16 @@ void PopoverWindow::appear()
 
 void PopoverWindow::disappear()
 {
+    // What is pressed from now on answers nothing: a second press may wait in the queue already.
+    if (QWidget *const focused = focusWidget()) {
+        focused->clearFocus();
+    }
+    m_mouseGrace.stop();
+    setTakesClicks(false);
     if (!m_isTranslucent) {
         close();
         return;
     }
-    m_contentView->setAttribute(Qt::WA_TransparentForMouseEvents);
     connect(&m_fading, &QVariantAnimation::finished, this, &QWidget::close);
     fade(0, disappearMilliseconds);
 }
@@ -82,6 +87,11 @@ void PopoverWindow::takeKeyboard()
 bool PopoverWindow::takesClicks() const
 {
     return !m_contentView->testAttribute(Qt::WA_TransparentForMouseEvents);
+}
+
+void PopoverWindow::setTakesClicks(bool takesClicks)
+{
+    m_contentView->setAttribute(Qt::WA_TransparentForMouseEvents, !takesClicks);
 }
 
 QPainterPath PopoverWindow::outline() const

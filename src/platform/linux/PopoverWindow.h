@@ -2,6 +2,7 @@
 
 #include "PopoverPlacement.h"
 
+#include <QTimer>
 #include <QVariantAnimation>
 #include <QWidget>
 
@@ -19,6 +20,7 @@ public:
         const PopoverAnchor &anchor);
 
     void appear();
+    /// From now on it takes neither keys nor clicks.
     void disappear();
     void takeKeyboard();
 
@@ -38,6 +40,7 @@ protected:
 
 private:
     void place();
+    void setTakesClicks(bool takesClicks);
     void shapeWindow();
     void fade(qreal opacity, int milliseconds);
 
@@ -49,4 +52,5 @@ private:
     /// corners are cut out of the window's shape.
     bool m_isTranslucent;
     QVariantAnimation m_fading;
+    QTimer m_mouseGrace;
 };
