@@ -15,6 +15,7 @@ private Q_SLOTS:
     void aClickTellsTheRequestOnce();
     void aClickOnAReplacedNotificationTellsTheNewerRequest();
     void anyActionCountsAsTheClick();
+    void aClickThatIsToldBeforeTheAnswerCounts();
     void clicksOnOtherProgramsNotificationsAreIgnored();
     void clicksThatOthersThanTheServerReportAreIgnored();
     void signalsWithNonsenseAreIgnored();
@@ -86,6 +87,26 @@ void NotificationServerSignalsTest::clicksOnOtherProgramsNotificationsAreIgnored
     settle(*client);
 
     QCOMPARE(clicks.size(), 0);
+}
+
+void NotificationServerSignalsTest::aClickThatIsToldBeforeTheAnswerCounts()
+{
+    Server server(m_bus->address());
+    server.setAnswer(Answer::WhenReleased);
+    const auto client = newClient();
+    QList<UserNotificationRequest> clicks;
+    connect(client.get(), &NotificationService::clicked, this, [&](const UserNotificationRequest &clicked) {
+        clicks.append(clicked);
+    });
+    client->show(copied, [](const std::optional<Error> &) {});
+    QTRY_COMPARE(server.notifications().size(), 1);
+    server.click(1);
+    server.click(2); // another program's
+    settle(*client);
+    QVERIFY(clicks.isEmpty());
+
+    server.release();
+    QTRY_COMPARE(clicks, QList{copied});
 }
 
 void NotificationServerSignalsTest::clicksThatOthersThanTheServerReportAreIgnored()

@@ -16,6 +16,9 @@ namespace {
 const QString service = QStringLiteral("org.freedesktop.Notifications");
 const QString objectPath = QStringLiteral("/org/freedesktop/Notifications");
 const QString interfaceName = QStringLiteral("org.freedesktop.Notifications");
+const QString actionInvoked = QStringLiteral("ActionInvoked");
+const QString notificationClosed = QStringLiteral("NotificationClosed");
+const QString activationToken = QStringLiteral("ActivationToken");
 const QString desktopEntry = QStringLiteral("org.deskbroom.Deskbroom");
 
 bool isUniqueName(const QString &name)
@@ -73,16 +76,16 @@ NotificationServer::NotificationServer(QDBusConnection bus, Patience patience, Q
     connect(
         owners, &QDBusServiceWatcher::serviceOwnerChanged, this,
         [this](const QString &, const QString &, const QString &owner) { serverChanged(owner); });
-    listen(QStringLiteral("ActionInvoked"), SLOT(takeClick(QDBusMessage)));
-    listen(QStringLiteral("NotificationClosed"), SLOT(takeClosing(QDBusMessage)));
-    listen(QStringLiteral("ActivationToken"), SLOT(takeActivationToken(QDBusMessage)));
+    for (const QString &signal : {actionInvoked, notificationClosed, activationToken}) {
+        listen(signal);
+    }
 }
 
 /// Without a sender's name, because the toolkit would wait for that name's owner here; who sent a signal is
 /// part of the key that it is looked up by.
-void NotificationServer::listen(const QString &signal, const char *slot)
+void NotificationServer::listen(const QString &signal)
 {
-    m_bus.connect(QString(), objectPath, interfaceName, signal, this, slot);
+    m_bus.connect(QString(), objectPath, interfaceName, signal, this, SLOT(takeSignal(QDBusMessage)));
 }
 
 void NotificationServer::serverChanged(const QString &owner)
@@ -169,9 +172,11 @@ void NotificationServer::notify(const QString &identifier, Attempt attempt)
     message.setArguments(notifyArguments(
         m_shown.numberToReplace(identifier, address), m_sending.value(identifier).current.request.content,
         m_server->bodyFormat));
+    ++m_unansweredNotifications;
     notificationCall::send(
         m_bus, message, m_patience.notification, this,
         [this, identifier, address, attempt](const QDBusMessage &answer) {
+            --m_unansweredNotifications;
             const bool hasServerLeft = isUniqueName(address) && notificationCall::isNobodyThere(answer);
             if (hasServerLeft && attempt == Attempt::First) {
                 // The bus hasn't told us yet; another server may have the name.
@@ -180,6 +185,7 @@ void NotificationServer::notify(const QString &identifier, Attempt attempt)
             } else {
                 takeAnswer(identifier, answer);
             }
+            takeEarlySignals();
         });
 }
 
@@ -214,10 +220,31 @@ void NotificationServer::finish(const QString &identifier, const std::optional<E
     sent.current.done(error);
 }
 
-void NotificationServer::takeClick(const QDBusMessage &signal)
+void NotificationServer::takeEarlySignals()
+{
+    for (const QDBusMessage &signal : std::exchange(m_earlySignals, {})) {
+        takeSignal(signal);
+    }
+}
+
+void NotificationServer::takeSignal(const QDBusMessage &signal)
+{
+    const ShownNotifications::Key key = notificationOf(signal);
+    if (m_unansweredNotifications > 0 && !m_shown.contains(key)) {
+        m_earlySignals.push_back(signal);
+    } else if (signal.member() == actionInvoked) {
+        takeClick(key);
+    } else if (signal.member() == notificationClosed) {
+        m_shown.close(key);
+    } else {
+        m_shown.setActivationToken(key, signal.arguments().value(1).toString());
+    }
+}
+
+void NotificationServer::takeClick(const ShownNotifications::Key &key)
 {
     // Which action it was doesn't matter: there is only one, and some servers name it otherwise.
-    const std::optional<ShownNotifications::Clicked> click = m_shown.take(notificationOf(signal));
+    const std::optional<ShownNotifications::Clicked> click = m_shown.take(key);
     if (!click) {
         return;
     }
@@ -227,16 +254,6 @@ void NotificationServer::takeClick(const QDBusMessage &signal)
         qputenv("XDG_ACTIVATION_TOKEN", click->activationToken.toUtf8());
     }
     Q_EMIT clicked(click->request);
-}
-
-void NotificationServer::takeClosing(const QDBusMessage &signal)
-{
-    m_shown.close(notificationOf(signal));
-}
-
-void NotificationServer::takeActivationToken(const QDBusMessage &signal)
-{
-    m_shown.setActivationToken(notificationOf(signal), signal.arguments().value(1).toString());
 }
 
 void NotificationServer::askPermission(std::function<void(const Result<Permission> &)> done)

@@ -40,9 +40,7 @@ public:
     void askPermission(std::function<void(const Result<Permission> &)> done) override;
 
 private Q_SLOTS:
-    void takeClick(const QDBusMessage &signal);
-    void takeClosing(const QDBusMessage &signal);
-    void takeActivationToken(const QDBusMessage &signal);
+    void takeSignal(const QDBusMessage &signal);
 
 private:
     struct Request {
@@ -64,13 +62,15 @@ private:
     enum class Attempt { First, Second };
     using ServerKnown = std::function<void(const std::optional<Error> &error)>;
 
-    void listen(const QString &signal, const char *slot);
+    void listen(const QString &signal);
+    void takeClick(const ShownNotifications::Key &key);
     void serverChanged(const QString &owner);
     void findServer(ServerKnown done);
     void takeCapabilities(const QDBusMessage &answer);
     void send(const QString &identifier, Attempt attempt);
     void notify(const QString &identifier, Attempt attempt);
     void takeAnswer(const QString &identifier, const QDBusMessage &answer);
+    void takeEarlySignals();
     void finish(const QString &identifier, const std::optional<Error> &error);
     void askForActivatable(const std::function<void(const Result<Permission> &)> &done);
     void readSwitch(const std::function<void(const Result<Permission> &)> &done);
@@ -82,4 +82,8 @@ private:
     ShownNotifications m_shown;
     /// By our identifier: the requests on their way.
     QHash<QString, Sending> m_sending;
+    int m_unansweredNotifications = 0;
+    /// About notifications that aren't known, while one of ours is unanswered: the toolkit may tell a quick
+    /// click before the answer, which has the notification's number.
+    std::vector<QDBusMessage> m_earlySignals;
 };

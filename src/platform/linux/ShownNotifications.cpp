@@ -21,6 +21,14 @@ uint ShownNotifications::numberToReplace(const QString &identifier, const QStrin
     return found == m_notifications.end() ? 0 : found->key.number;
 }
 
+bool ShownNotifications::contains(const Key &key) const
+{
+    return std::ranges::any_of(m_notifications, [&](const Notification &notification) {
+        return notification.key == key &&
+               !(notification.clickableUntil && notification.clickableUntil->hasExpired());
+    });
+}
+
 void ShownNotifications::close(const Key &key)
 {
     forgetExpired();

@@ -37,6 +37,9 @@ public:
     /// The number to replace; 0, as the protocol has it, if that server shows nothing under the identifier.
     [[nodiscard]] uint numberToReplace(const QString &identifier, const QString &server) const;
 
+    /// Also one that was closed, for as long as a click on it counts.
+    [[nodiscard]] bool contains(const Key &key) const;
+
     /// It is no longer shown: nothing replaces it, but a click on it still counts for a moment.
     void close(const Key &key);
 
