@@ -50,6 +50,7 @@ corner_radius = 8
 frame_width = 0
 mouse_left_click = do_action, close_current
 [urgency_normal]
+timeout = 0
 background = "{background}"
 foreground = "{foreground}"
 """
@@ -177,6 +178,8 @@ class PrivateDesktop:
         if not number:
             raise AssertionError("Xvfb didn't start")
         self.environment["DISPLAY"] = f":{number}"
+        # A key that is held until something has happened is pressed once, however long that takes.
+        self.run(["xset", "r", "off"])
 
     def _start_session_bus(self):
         socket = self._runtime / "bus"
