@@ -8,8 +8,8 @@
 
 namespace {
 
-/// Takes leave of whoever is in the middle of telling `listener` something, and shall tell nothing more: a key
-/// that is pressed twice ends a dialog twice.
+/// Takes leave of whoever is in the middle of telling `listener` something, and shall tell nothing more: a
+/// key that is pressed twice ends a dialog twice.
 template <typename Teller> void dismiss(std::unique_ptr<Teller> teller, const QObject *listener)
 {
     if (teller) {
