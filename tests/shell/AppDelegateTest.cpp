@@ -1,44 +1,30 @@
-#include "AppDelegate.h"
-#include "CapturedOutput.h"
+#include "AppDelegateFixture.h"
+
 #include "FileAccessManager.h"
 #include "MenuBarManager.h"
 #include "NotificationCenter.h"
 #include "NotificationManager.h"
 #include "PopUpMenu.h"
-#include "Popover.h"
-#include "PushButton.h"
 #include "ScreenshotManager.h"
-#include "ScreenshotWatcher.h"
-#include "TemporaryHome.h"
 #include "UserDefaults.h"
 #include "Workspace.h"
-#include "files.h"
-#include "waitForBackground.h"
 
-#include <QApplication>
-#include <QDir>
 #include <QLabel>
 #include <QScreen>
 #include <QSignalSpy>
-#include <QTest>
-#include <QWindow>
 
 #include <algorithm>
 #include <limits>
 
-namespace {
-
-constexpr int patience = 15'000;
-
-} // namespace
-
-/// The launched program without a panel: real folders, real preferences, real views.
-class AppDelegateTest : public QObject {
+/// How the program launches, what it takes from the preferences, its windows and its menus.
+class AppDelegateTest final : public AppDelegateFixture {
     Q_OBJECT
 
 private Q_SLOTS:
-    void init();
-    void cleanup();
+
+    void init() { begin(); }
+
+    void cleanup() { end(); }
 
     void theFirstLaunchChecksTheDesktopAndHoldsIt();
     void terminatingGivesTheAccessBack();
@@ -58,96 +44,7 @@ private Q_SLOTS:
     void theTimeframeMenuChecksTheCurrentDelay_data();
     void theTimeframeMenuChecksTheCurrentDelay();
     void choosingATimeframeStoresIt();
-    void aScreenshotIsAskedAbout();
-    void deleteNowMovesItToTheTrash();
-    void deleteLaterUsesTheDelayOfThatMoment();
-    void whatIsPressedTwiceAnswersOnce_data();
-    void whatIsPressedTwiceAnswersOnce();
-    void keepLeavesIt();
-    void aNewerScreenshotReplacesTheQuestion();
-    void ofABurstOnlyTheLastIsAskedAbout();
-    void aQuestionWaitsForAnOpenMenu();
-    void withAutoCopyTheClipboardComesFirst();
-    void aGrantedFolderStartsWatchingAfresh();
-
-private:
-    void launch(WindowViews views = {});
-    QString makeScreenshot(const QString &name = QStringLiteral("Screenshot 1.png")) const;
-    [[nodiscard]] QWidget *question() const;
-    /// In the question, none if it isn't there.
-    [[nodiscard]] PushButton *button(const QString &text) const;
-    void press(const QString &text) const;
-    [[nodiscard]] bool isInTrash(const QString &name) const;
-    [[nodiscard]] static PopUpMenu *openMenu();
-
-    const std::unique_ptr<TemporaryHome> m_home = std::make_unique<TemporaryHome>();
-    std::unique_ptr<CapturedOutput> m_output;
-    std::unique_ptr<AppDelegate> m_delegate;
 };
-
-void AppDelegateTest::init()
-{
-    for (const QString &folder : {m_home->desktop(), m_home->pictures(), m_home->downloads()}) {
-        files::makeFolder(folder);
-    }
-    m_output = std::make_unique<CapturedOutput>();
-}
-
-void AppDelegateTest::cleanup()
-{
-    m_delegate.reset();
-    waitForBackground();
-    m_output.reset();
-    for (const QString &folder :
-         {QStringLiteral("/Desktop"), QStringLiteral("/.local/share/Trash"),
-          QStringLiteral("/.config/Deskbroom")}) {
-        QDir(m_home->path() + folder).removeRecursively();
-    }
-}
-
-void AppDelegateTest::launch(WindowViews views)
-{
-    m_delegate = std::make_unique<AppDelegate>(std::move(views));
-    m_delegate->applicationDidFinishLaunching();
-}
-
-QString AppDelegateTest::makeScreenshot(const QString &name) const
-{
-    const QString path = m_home->desktop() + u'/' + name;
-    files::write(path);
-    return path;
-}
-
-QWidget *AppDelegateTest::question() const
-{
-    const Popover *const popover = m_delegate->menuBarManager()->confirmationPopover();
-    return popover == nullptr ? nullptr : const_cast<QWidget *>(popover->window());
-}
-
-PushButton *AppDelegateTest::button(const QString &text) const
-{
-    const auto buttons = question()->findChildren<PushButton *>();
-    const auto found = std::ranges::find(buttons, text, &PushButton::text);
-    return found == buttons.end() ? nullptr : *found;
-}
-
-void AppDelegateTest::press(const QString &text) const
-{
-    QTRY_VERIFY(question() != nullptr);
-    PushButton *const pressed = button(text);
-    QVERIFY2(pressed != nullptr, qPrintable(text));
-    pressed->click();
-}
-
-bool AppDelegateTest::isInTrash(const QString &name) const
-{
-    return files::exists(m_home->trashedFiles() + u'/' + name);
-}
-
-PopUpMenu *AppDelegateTest::openMenu()
-{
-    return qobject_cast<PopUpMenu *>(QApplication::activePopupWidget());
-}
 
 void AppDelegateTest::theFirstLaunchChecksTheDesktopAndHoldsIt()
 {
@@ -387,142 +284,6 @@ void AppDelegateTest::choosingATimeframeStoresIt()
     QCOMPARE(m_delegate->timeframeInMinutes(), 30);
     QCOMPARE(UserDefaults::standard().integer(preferences::timeframeInMinutes), 30);
     openMenu()->close();
-}
-
-void AppDelegateTest::aScreenshotIsAskedAbout()
-{
-    launch();
-    QSignalSpy seeded(m_delegate->screenshotWatcher(), &ScreenshotWatcher::didApplyScan);
-    QVERIFY(seeded.wait(patience));
-    makeScreenshot();
-    QTRY_VERIFY_WITH_TIMEOUT(question() != nullptr, patience);
-}
-
-void AppDelegateTest::deleteNowMovesItToTheTrash()
-{
-    launch();
-    m_delegate->watcherDidDetectScreenshot(makeScreenshot());
-    press(QStringLiteral("Delete Now"));
-    QCOMPARE(question(), nullptr);
-    QTRY_VERIFY_WITH_TIMEOUT(isInTrash(QStringLiteral("Screenshot 1.png")), patience);
-}
-
-void AppDelegateTest::deleteLaterUsesTheDelayOfThatMoment()
-{
-    launch();
-    m_delegate->watcherDidDetectScreenshot(makeScreenshot());
-    QTRY_VERIFY(question() != nullptr);
-    m_delegate->updateTimeframe(0);
-    press(QStringLiteral("Delete in 5 min"));
-    QCOMPARE(question(), nullptr);
-    QVERIFY(m_output->contains(QStringLiteral("Scheduled deletion of Screenshot 1.png in 0 minute")));
-    QTRY_VERIFY_WITH_TIMEOUT(isInTrash(QStringLiteral("Screenshot 1.png")), patience);
-}
-
-void AppDelegateTest::whatIsPressedTwiceAnswersOnce_data()
-{
-    QTest::addColumn<bool>("isKey");
-    QTest::newRow("a key") << true;
-    QTest::newRow("the mouse") << false;
-}
-
-void AppDelegateTest::whatIsPressedTwiceAnswersOnce()
-{
-    QFETCH(const bool, isKey);
-    launch();
-    m_delegate->watcherDidDetectScreenshot(makeScreenshot());
-    QTRY_VERIFY(question() != nullptr);
-    QWindow *const window = question()->windowHandle();
-    PushButton *const later = button(QStringLiteral("Delete in 5 min"));
-    later->setFocus();
-    const QPoint place = later->mapTo(question(), later->rect().center());
-    QTRY_COMPARE(question()->childAt(place), later); // after the mouse's time of grace
-    // The second time has waited in the queue of a busy program.
-    for (int time = 0; time < 2; ++time) {
-        if (isKey) {
-            QTest::keyClick(window, Qt::Key_Return);
-        } else {
-            QTest::mouseClick(window, Qt::LeftButton, {}, place);
-        }
-    }
-    QCOMPARE(question(), nullptr);
-    QCOMPARE(m_output->lines().filter(QStringLiteral("Scheduled deletion")).size(), 1);
-}
-
-void AppDelegateTest::keepLeavesIt()
-{
-    launch();
-    const QString path = makeScreenshot();
-    m_delegate->watcherDidDetectScreenshot(path);
-    press(QStringLiteral("Keep"));
-    QCOMPARE(question(), nullptr);
-    QVERIFY(files::exists(path));
-    QCOMPARE(m_output->lines(), QStringList());
-    QCOMPARE(m_delegate->screenshotManager()->pendingDeletionCount(), size_t(0));
-}
-
-void AppDelegateTest::aNewerScreenshotReplacesTheQuestion()
-{
-    launch();
-    const QString first = makeScreenshot();
-    m_delegate->watcherDidDetectScreenshot(first);
-    QTRY_VERIFY(question() != nullptr);
-    const QPointer<QWidget> firstQuestion = question();
-    m_delegate->watcherDidDetectScreenshot(makeScreenshot(QStringLiteral("Screenshot 2.png")));
-    QTRY_VERIFY(!firstQuestion);
-    press(QStringLiteral("Delete Now"));
-    QTRY_VERIFY_WITH_TIMEOUT(isInTrash(QStringLiteral("Screenshot 2.png")), patience);
-    QVERIFY(files::exists(first));
-}
-
-void AppDelegateTest::ofABurstOnlyTheLastIsAskedAbout()
-{
-    launch();
-    for (int i = 0; i < 1000; ++i) {
-        m_delegate->watcherDidDetectScreenshot(makeScreenshot(QStringLiteral("Screenshot %1.png").arg(i)));
-    }
-    press(QStringLiteral("Delete Now"));
-    QTRY_VERIFY_WITH_TIMEOUT(isInTrash(QStringLiteral("Screenshot 999.png")), patience);
-    QCOMPARE(QDir(m_home->desktop()).entryList(QDir::Files).size(), 999);
-}
-
-void AppDelegateTest::aQuestionWaitsForAnOpenMenu()
-{
-    launch();
-    m_delegate->menuBarManager()->statusItemClicked();
-    QVERIFY(openMenu() != nullptr);
-    m_delegate->watcherDidDetectScreenshot(makeScreenshot());
-    QCoreApplication::processEvents();
-    QCOMPARE(question(), nullptr);
-    openMenu()->close();
-    QTRY_VERIFY(question() != nullptr);
-}
-
-void AppDelegateTest::withAutoCopyTheClipboardComesFirst()
-{
-    UserDefaults::standard().setBoolean(preferences::autoCopyToClipboard, true);
-    launch();
-    QImage image(4, 3, QImage::Format_RGB32);
-    image.fill(Qt::red);
-    const QString path = m_home->desktop() + QStringLiteral("/Screenshot 1.png");
-    QVERIFY(image.save(path));
-    m_delegate->watcherDidDetectScreenshot(path);
-    QCOMPARE(question(), nullptr);
-    QVERIFY(m_output->contains(QStringLiteral("Copied screenshot to clipboard: Screenshot 1.png")));
-    QTRY_VERIFY(question() != nullptr);
-}
-
-void AppDelegateTest::aGrantedFolderStartsWatchingAfresh()
-{
-    launch();
-    const QPointer<ScreenshotWatcher> first = m_delegate->screenshotWatcher();
-    NotificationCenter::defaultCenter().post(QStringLiteral("folderAccessGranted"));
-    QVERIFY(!first);
-    QVERIFY(m_delegate->screenshotWatcher() != nullptr);
-    QSignalSpy seeded(m_delegate->screenshotWatcher(), &ScreenshotWatcher::didApplyScan);
-    QVERIFY(seeded.wait(patience));
-    makeScreenshot();
-    QTRY_VERIFY_WITH_TIMEOUT(question() != nullptr, patience);
 }
 
 QTEST_MAIN(AppDelegateTest)
